@@ -105,11 +105,6 @@ vel_rgb pixel(SDL_Surface *surface, int x, int y)
     return c;
 }
 
-std::ostream &operator<<(std::ostream &out, vel_rgb c)
-{
-    return out << "rgb(" << int(c.r) << ", " << int(c.g) << ", " << int(c.b) << ")";
-}
-
 void push_mouse_button(uint8_t type, uint8_t button, uint16_t x, uint16_t y)
 {
     SDL_Event event{};
@@ -190,3 +185,8 @@ void ScreenTest::fill_screen(vel_rgb colour)
 }
 
 } // namespace velumo::test
+
+std::ostream &operator<<(std::ostream &out, vel_rgb c)
+{
+    return out << "rgb(" << int(c.r) << ", " << int(c.g) << ", " << int(c.b) << ")";
+}
