@@ -251,10 +251,12 @@ void vel_close(vel_context *ctx);
  * String and number helpers (no context)
  * ======================================================================== */
 
-/* Compares up to n + 1 characters.  Returns 0 when nothing was compared
- * (n = 0 counts), else the verdict of the LAST compared position only: 1
- * equal, 2 different; an earlier difference is forgotten.  When i stops
- * below n because a string ended: 2 if a goes on, 1 if b ended too, else 2. */
+/* Compares up to n + 1 characters.  Returns 0 when nothing was compared and
+ * the counter reached n (n = 0 always), else: when the compared positions
+ * reach n, the verdict of the LAST compared position only (1 equal, 2
+ * different; an earlier difference is forgotten); when a string ends before
+ * n, 2 if a goes on, 1 if b ended too, else 2 -- so two strings of the same
+ * length shorter than n count as equal. */
 uint32_t vel_strcmp(const char *a, const char *b, uint32_t n);
 
 /* Number of characters before the NUL. */
@@ -302,58 +304,437 @@ uint32_t vel_zehnerpotenz(uint32_t e);
  * Rendering: primitives, geometry and clipping, object painting, borders
  * ======================================================================== */
 
-/* Lock and unlock a surface when SDL requires it (hardware, asynchronous
- * blit or RLE surfaces, or a nonzero offset). */
+/* Locks (unlocks) a surface when SDL requires it for direct pixel access:
+ * a nonzero offset, or a hardware, asynchronous-blit or RLE surface. */
 void vel_lock(SDL_Surface *surface);
 void vel_unlock(SDL_Surface *surface);
 
+/* Writes one pixel straight into ctx->screen at 1, 2 or 4 bytes per pixel;
+ * the colour is mapped with SDL_MapRGB on every call.  A 3-byte screen
+ * prints the line "24 bit is not supported ! ", any other depth "Error -
+ * can't get color depth. ", once per pixel asked for, and writes nothing.
+ * A pixel outside the surface is dropped (after the depth messages).  It
+ * takes no lock: callers lock around whole outlines. */
 void vel_draw_pixel(vel_context *ctx, uint32_t x, uint32_t y, uint8_t r, uint8_t g, uint8_t b);
+
+/* Draws a horizontal or vertical line, both end points included, through
+ * vel_draw_pixel.  A line whose end points are equal, or a slanted line,
+ * draws nothing.  The direction follows the signed differences x1 - x2 and
+ * y1 - y2; the running coordinate is compared unsigned with the end, and a
+ * run falling to 0 stops after drawing 0. */
 void vel_draw_line(vel_context *ctx, uint32_t x1, uint32_t y1, uint32_t x2, uint32_t y2, uint8_t r,
                    uint8_t g, uint8_t b);
+
+/* Fills a box with SDL_FillRect at any depth.  The values are stored into
+ * the 16-bit fields of an SDL_Rect (higher bits dropped); SDL clips to the
+ * surface.  No lock is taken. */
 void vel_draw_box(vel_context *ctx, uint32_t x, uint32_t y, uint32_t w, uint32_t h, uint8_t r,
                   uint8_t g, uint8_t b);
+
+/* Outlines the rectangle's outermost pixels under vel_lock: top, right,
+ * bottom and left edge in that order, corners drawn twice.  A width of 1
+ * shows only the two vertical edges (the horizontal ones are single points,
+ * which vel_draw_line does not draw); a height of 1 only the horizontal. */
 void vel_draw_rectangle(vel_context *ctx, uint32_t x, uint32_t y, uint32_t w, uint32_t h,
                         uint8_t r, uint8_t g, uint8_t b);
 
+/* Usable width of a top-level object: when x + width - 1 lies beyond
+ * screen_width (unsigned), screen_width - x - 2, else its width.  An object
+ * starting right of the screen gets a wrapped, huge width. */
 uint32_t vel_p_cutted_w_independent(vel_context *ctx, uint32_t obj);
+
+/* Usable height of a top-level object: when y + height - 1 lies beyond
+ * screen_height, screen_height - y - 5 (five rows kept free at the bottom
+ * against two columns at the right), else its height. */
 uint32_t vel_p_cutted_h_independent(vel_context *ctx, uint32_t obj);
+
+/* Usable width of a dependent inside its master: limit = master x + master
+ * width - 1 - margin_right, the master's width being its own dependent
+ * width when it has a master, else its cut width; when the object's right
+ * edge reaches the limit (signed), limit - (x + 1), else its width.
+ * obj must have a master. */
 uint32_t vel_p_cutted_w_dependent(vel_context *ctx, uint32_t obj);
+
+/* Usable height of a dependent, as the width but one level further up: the
+ * master's height is the dependent height of the master's master when that
+ * exists, else the master's cut height.  obj must have a master. */
 uint32_t vel_p_cutted_h_dependent(vel_context *ctx, uint32_t obj);
+
+/* The root of obj's master chain (the ancestor without a master), 0 for a
+ * top-level object.  On a cycle in the master links the walk stops at an
+ * object of the cycle and returns it, so callers' walks to the root end. */
 uint32_t vel_search_master(vel_context *ctx, uint32_t obj);
+
+/* Writes the exclusive limits a dependent may use: pixels strictly between
+ * left and right, top and bottom.  Directly inside the root: clip_mode 0
+ * gives the root's inner area, 1 its whole rectangle, any other value no
+ * limit (0) from the rectangle; a side cut by the screen ends at the cut
+ * without its margin.  Deeper chains narrow the limits level by level up
+ * to the root, each master's frame taken one pixel up and left of its
+ * record.  Limits left of or above the screen come out as wrapped negative
+ * values (compare them signed).  obj must have a master. */
 void vel_get_borders_for_dep_object(vel_context *ctx, uint32_t obj, uint32_t *left,
                                     uint32_t *right, uint32_t *top, uint32_t *bottom);
+
+/* Writes the exclusive limits of obj's text area: its inner area (margins
+ * inside its cut rectangle when top level, inside its record's rectangle
+ * when dependent), for a dependent further narrowed to the limits of
+ * vel_get_borders_for_dep_object (signed comparisons). */
 void vel_get_borders_for_text(vel_context *ctx, uint32_t obj, uint32_t *left, uint32_t *right,
                               uint32_t *top, uint32_t *bottom);
 
+/* Paints one object: body, text, then vel_evoke_borders.  No refresh.
+ * - Body: top level a box of its cut size (16 x 16 for objects 1..7) or,
+ *   for type 9, the whole picture; a dependent of types 1..9 the part inside
+ *   its masters' limits (box, or the matching cut of the picture; nothing
+ *   when it lies wholly outside).  Type 4 has no body; type 0 and codes of
+ *   10 or more have a body only at top level.
+ * - Writes the record: a top-level window at x <= 10 or y <= 24 (signed) is
+ *   moved to x = 11, y = 25; a kind-1 window with centred 1 gets scroll_x
+ *   set so each line is centred in its text area.
+ * - Text: lines 0..number_of_lines (at most 40) of the line buffer for
+ *   windows and text areas with a non-empty text record and for chain
+ *   members whose first line is non-empty; the caption `label` of types 2,
+ *   5 and 6, painted once at the first visible line position.  Each line is
+ *   clipped to the text limits.  The first line counts one row taller than
+ *   the later ones, and a line cut on both sides shows one pixel less than
+ *   the limits admit and keeps the source x of the line before it.
+ * - No text is painted with a font_choice other than 0 or 1, or when the
+ *   chosen font is null.
+ * - Each rendered line replaces ctx->text_surface; the previous surface is
+ *   freed first. */
 void vel_evoke_object(vel_context *ctx, uint32_t obj);
+
+/* Draws obj's border under vel_lock/vel_unlock in the border colour.
+ * Styles 1 and 3: a frame border_inset + 1 pixels outside the inner area;
+ * 4 and 5: the outline shifted right and down by border_inset (a shadow);
+ * 0, 2 and others: nothing.  Each of the four lines is clipped to
+ * screen_rect (top level: strictly between x and x + w - 1, y and
+ * y + h - 1) or to the dependent's limits, and is left out when its own
+ * position is outside them. */
 void vel_evoke_borders(vel_context *ctx, uint32_t obj);
 
 /* ========================================================================
  * Text layout: formatting, chained flow, loading and reset
+ *
+ * Every text buffer is a table of 40 lines of 100 bytes (line n at byte
+ * 100 n), each a NUL-terminated string of at most 99 characters; the buffers
+ * of all text records lie back to back, so line slot 40 of buffer t is line 0
+ * of buffer t + 1.  number_of_lines of an object is the index of its last
+ * formatted line, not a count.  Words are separated by NUL, line feed and
+ * space only; tab, carriage return and every other byte belong to words.
+ * Spaces are kept in the lines.  Runs of more than 70 word characters are
+ * cut into words of 70.  With umlaut_conversion 1 the bytes 0x84, 0x94 and
+ * 0x81 become 0xE4, 0xF6 and 0xFC in the lines (nothing else is translated;
+ * the text record is not changed).  Widths are measured with TTF_SizeText in
+ * the object's font (font_choice 0 the context font, 1 own_font); an object
+ * without a font measures every string as 0 pixels wide.
+ *
+ * The steps from line 39 into the slots behind a buffer are not bounded by
+ * the formatter: they rely on the spare line buffer vel_start_velumo keeps
+ * behind the block, so even the last buffer's line 40 lies inside the
+ * allocation.  Line buffers set up by the application need the same spare.
  * ======================================================================== */
 
+/* Breaks the text of a window (type 1) or text object (type 3) with a text
+ * record into lines of its line buffer and returns the index of the last
+ * line written, also stored in number_of_lines.  Other types and text_index
+ * 0 return 0 and change nothing.  A line_width of 0 is first set to
+ * right - left - 1 of the text area (vel_get_borders_for_text) and kept.
+ * All 40 lines are cleared first.  An empty text returns 0 and leaves
+ * number_of_lines as it was.  Text that needs a 41st line is cut there; a
+ * word that goes to a new line from line 39 lands in line slot 40 and 40 is
+ * returned.  A space that makes a line too wide starts the next line.  A
+ * word split over lines by vel_copy_word_into_line stays in the word buffer
+ * and is placed again, joined to the next word.  A record without a NUL in
+ * its 1000 bytes is read as cut at 999 characters. */
 uint32_t vel_format_object_text(vel_context *ctx, uint32_t obj);
+
+/* Places word_length characters of word (NUL-terminated there) into obj's
+ * line buffer at (*line, *column) and moves line and column on.  A
+ * line_width of 0 is first set to width - (margin_right + margin_left).
+ * By vel_check_line_volume: 1 appends the word; 2 ends the line and puts the
+ * word at the start of the next one, without testing for line 39; 3 splits
+ * it character by character, measuring the line after each one, a
+ * character that does not fit starting the next line: result 1 when the
+ * last character was kept, -1 when the lines ran out (at line 39, or after
+ * a line full to column 99 was continued into slot 40).  After cases 1 and 2
+ * the line is ended and the next one started (NUL at its start) when
+ * break_after is 1 or the column reached 99; the result is 0.  word_length
+ * is never changed. */
 int32_t vel_copy_word_into_line(vel_context *ctx, uint32_t obj, const char *word, uint32_t *line,
                                 uint32_t *column, uint32_t *word_length, uint32_t break_after);
+
+/* The fitting test of a word on line *line of obj's line buffer: 1 when
+ * word_length <= 98 - *column and the word's width is at most line_width
+ * minus the line's width; else 2 when word_length <= 98 and the word is at
+ * most line_width wide; else 3.  98 - *column is unsigned, so a column of 99
+ * wraps round and counts as room. */
 uint32_t vel_check_line_volume(vel_context *ctx, uint32_t obj, const char *word, uint32_t *line,
                                uint32_t *column, uint32_t *word_length);
+
+/* Prepares the caption (label) of a one-line object.  An empty label
+ * returns 0.  The label is cut at its first line feed, in the object.  A
+ * button (type 2) is centred where at least 3 pixels are spare: margin_left
+ * = (width - caption width) / 2 gives result 1, margin_top = (height -
+ * caption height) / 2 result 2 (overriding 1); neither leaves the margins
+ * and returns 0.  Types 5 and 6 return 3, all others 0, unchanged.  The
+ * caption is not translated for umlauts. */
 uint32_t vel_format_small_obj(vel_context *ctx, uint32_t obj);
 
+/* Flows the stream of a chain master (type 8) through its chain members:
+ * dep_objs[0], [1], ... as long as the entry is a type-8 object with a text
+ * record (at most 100).  Lines break as in vel_format_object_text; when a
+ * member's 40 lines are full the text goes on in line 0 of the next member,
+ * and the end of the chain cuts the rest.  Returns the line index reached in
+ * the last member used; 0 and nothing done when the master is not type 8,
+ * has no stream, its first entry is no member, or the stream is empty.  The
+ * first member's line_width of 0 is set from its text area; others get
+ * theirs in vel_copy_word_big.  Lines are not cleared beforehand.
+ * Deliberate oddities: the flow keeps its own current member, changed only
+ * by its own moves (a space or a full line on line 39); spaces are measured
+ * with, and the final line index stored into, that member even after
+ * vel_copy_word_big moved on, and its next move, sharing the chain position,
+ * stores the line index into it and lands behind the member in use.  A line
+ * feed with no word pending goes to the next line without testing for line
+ * 39; consecutive ones go on into the slots behind the member's buffer, up to
+ * slot 79 (the last line of the buffer behind), where further line feeds
+ * stay.  A space that does not fit on a line above 39 is dropped.
+ * vel_copy_word_big may print debug lines on standard output. */
 uint32_t vel_format_stream_to_linked_objects(vel_context *ctx, uint32_t master);
+
+/* Places a word for the chain master's flow in member dep_objs[*chain_position]
+ * (its line_width of 0 is first set to width - (margin_right + margin_left))
+ * at (*line, *column) of text buffer *text_index, moving to further members
+ * where a line break falls on line 39 or below, and updating chain position,
+ * text index, line and column.  Sets *word_length to 0 when the word was
+ * placed.  Results: -1 the chain has ended (the flow stops); 0 placed; 1
+ * placed on the current line without a break or placed after a move.  When a
+ * word needs the next line on line 39 and there is no next member, it is not
+ * placed and keeps its length.  A word wider than a line is split character
+ * by character and its terminating NUL is copied too, as one more character:
+ * whatever later joins that line stands behind the embedded NUL and is
+ * neither measured nor painted.  A split word followed by a line break on
+ * line 39 prints "1142 next chain \n " with puts, then " next chain: %d \n \n"
+ * with the move's result and, if the move failed, "1153 object %d
+ * number_of_lines %d \n \n" with the member variable as the failed move left
+ * it (the entry that ended the chain, 0 past the list's end) and the line
+ * index stored into that object.  The split path treats line indexes above
+ * 39 like 39.  A *chain_position above 99 returns -1 at once. */
 int32_t vel_copy_word_big(vel_context *ctx, uint32_t master, uint32_t *chain_position,
                           uint32_t *text_index, const char *word, uint32_t *line,
                           uint32_t *column, uint32_t *word_length, uint32_t break_after);
+
+/* Moves a chain flow to its next member: stores *line into number_of_lines
+ * of *member, adds 1 to *chain_position and takes the master's entry there.
+ * Returns 1 (the chain has ended) when the position passes 99, or the entry
+ * is 0, not of type 8 or has text_index 0; *member and *text_index are
+ * overwritten before these tests.  Otherwise sets *text_index, *line 0,
+ * *column 0, clears line 0 of the new member's buffer and returns 0.  The
+ * new member's line_width is not initialised here. */
 int32_t vel_go_to_next_chainmember(vel_context *ctx, uint32_t master, uint32_t *chain_position,
                                    uint32_t *member, uint32_t *text_index, uint32_t *line,
                                    uint32_t *column);
 
+/* Replaces the text of obj's text record and formats it; returns the result
+ * of vel_format_object_text.  Clears lines 0..number_of_lines of the old
+ * text first.  Expects 1 to 999 characters: a longer text is cut at 999.
+ * cursor_index is left alone (see vel_reset_textobject).  With text_index 0
+ * the text goes into the unused record 0 and 0 is returned. */
 uint32_t vel_load_window_text(vel_context *ctx, uint32_t obj, const char *text);
+
+/* vel_load_window_text, then vel_format_small_obj of button_a and of
+ * button_b; returns the result of the second. */
 uint32_t vel_load_window_text_buttons(vel_context *ctx, uint32_t obj, const char *text,
                                       uint32_t button_a, uint32_t button_b);
+
+/* Puts the text cursor to the top left of obj's text area: cursor_line and
+ * cursor_column 0, cursor_x = x + margin_left, cursor_y = y + margin_top.
+ * mode 0 (one-line object) also sets text_length to the label's length;
+ * mode 1 (text object) sets it to the length of its record's text and that
+ * record's cursor_index to 0; other modes leave text_length. */
 void vel_reset_textobject(vel_context *ctx, uint32_t mode, uint32_t obj);
+
+/* Right-aligns obj's label in a field of field_length characters, filling
+ * the left with fill_char, and sets text_length to field_length; returns
+ * field_length.  The length is taken from string (normally the label
+ * itself): when it is field_length or more nothing changes and that length
+ * is returned.  An empty string fills the whole field.  A field_length above
+ * 67 does not fit the label: nothing changes and 0 is returned. */
 uint32_t vel_fill_form_with_dummies(vel_context *ctx, const char *string, uint32_t obj,
                                     uint32_t field_length, char fill_char);
+
+/* Reads a whole file into a new buffer, for use as a chain master's stream;
+ * the caller frees it with free.  The file is opened with mode "r+b" first
+ * to take its size, so a file that may not be written gives null, as does a
+ * missing one.  The buffer holds the file's bytes and one NUL behind them,
+ * so it is always a terminated string (cut at the file's first NUL, if it
+ * has one); an empty file gives an empty string. */
 char *vel_read_external_stream(const char *path);
+
+/* ========================================================================
+ * Scene drawing, selection marks, text cursor
+ * ======================================================================== */
+
+uint32_t vel_draw_all_objects(vel_context *ctx, uint32_t format_first, uint32_t refresh);
+void vel_draw_dep_objs(vel_context *ctx, uint32_t obj);
+void vel_switch_dep_object(vel_context *ctx, uint32_t master);
+void vel_draw_selected_window(vel_context *ctx);
+void vel_draw_and_screenup_selected_window(vel_context *ctx);
+void vel_undraw_object(vel_context *ctx, uint32_t obj);
+
+void vel_draw_selected_lines(vel_context *ctx, uint32_t win);
+void vel_draw_selected_box(vel_context *ctx, uint32_t win);
+void vel_undraw_selected_lines(vel_context *ctx, uint32_t win);
+void vel_undraw_selected_box(vel_context *ctx, uint32_t win);
+
+void vel_draw_cursor(vel_context *ctx, uint32_t obj);
+
+/* ========================================================================
+ * Input: selection loops, hit testing, key translation, text editing
+ * ======================================================================== */
+
+/* Runs the selection loop until a left-button release lands on stop_a,
+ * stop_b or frame button 7, and returns that object.  A stop value of 0
+ * returns 0 at once, without reading an event.  Each pass fetches the next
+ * event into ctx->event and dispatches on its type byte:
+ *   - key-down: vel_getfirstkeyinformation;
+ *   - key-up: vel_getfinalkeyinformation, then vel_get_text;
+ *   - release of the left button: the object under the pointer
+ *     (vel_test_all_objects, 0 over empty space) becomes the result, and the
+ *     event is consumed by writing 0 into its type byte;
+ *   - anything else (motion, presses, other buttons, SDL_QUIT) is ignored:
+ *     the loop has no way out but a hit on a stop object or on object 7.
+ * An unconsumed event is dispatched again on the next pass when no new one
+ * has arrived.  When no event is pending the loop sleeps about a
+ * millisecond (SDL_Delay) before that pass, so waiting costs next to no
+ * processor time; the order in which events are handled is the same. */
+uint32_t vel_get_mouse_selection(vel_context *ctx, int32_t stop_a, int32_t stop_b);
+
+/* vel_get_mouse_selection with a single stop object. */
+uint32_t vel_get_mono_mouse_selection(vel_context *ctx, int32_t stop);
+
+/* The object under the point (x, y), or 0, trying in this order:
+ *   1. frame buttons 1..7 (only up to object_count) that are not hidden,
+ *      upward; the first hit is returned without its dependents;
+ *   2. active_window, whatever its hidden flag: its innermost dependent
+ *      under the point (vel_test_dep_objs), else the window itself;
+ *   3. other windows (type 1, not hidden) from object_count down to 8: a
+ *      higher number wins where windows overlap, the window stack is not
+ *      consulted, and the window itself is returned, never a dependent;
+ *   4. free-standing objects (no master, not a window, not hidden) from 8
+ *      up to object_count: the innermost dependent, else the object. */
+uint32_t vel_test_all_objects(vel_context *ctx, uint32_t x, uint32_t y);
+
+/* The innermost dependent of obj under the point, or 0.  The dep_objs
+ * entries are tried in list order up to the first 0, and the first hit
+ * wins (earlier entries lie on top); its own dependents are tried next.
+ * Hidden dependents, those of zero width or height and those with border
+ * style 2 or 3 are never hit, and their dependents are not reached
+ * through them.  Forms are trees: cycles are not guarded against. */
+uint32_t vel_test_dep_objs(vel_context *ctx, uint32_t obj, uint32_t x, uint32_t y);
+
+/* 1 when obj.x < x < obj.x + width and obj.y < y < obj.y + height, else 0:
+ * the outermost pixel rows and columns belong to no object.  A dependent
+ * object must also lie strictly inside the limits its masters leave it
+ * (vel_get_borders_for_dep_object).  All comparisons are signed. */
+uint32_t vel_in_object(vel_context *ctx, uint32_t obj, int32_t x, int32_t y);
+
+/* Translates a key-down in ctx->event through the built-in German
+ * keyboard table.  Acts only when cursor_object is nonzero and the event is
+ * SDL_KEYDOWN.  Modifiers count only when the mask is exactly one Shift key
+ * (1 or 2) or exactly the left Alt key (256): with Caps Lock, Num Lock or
+ * both Shift keys a key counts as plain.  Symbols up to 255 type themselves
+ * (letters give their capitals under Shift; umlauts, the digit row and
+ * some punctuation follow the German layout; left Alt gives @ [ ] { } | ~
+ * and the backslash);
+ * Return and keypad Enter give 271; the arrows, Insert, Backspace and
+ * Delete keep their symbols; other symbols from 256 on give no code.
+ * Shift+3 gives 0xFFFFFFA7 and Alt+e gives 321, which the editor never
+ * types.  Sets key_printable (1 for characters, 0 for control keys; a key
+ * without code leaves it), but in a numeric field (type 6) to 1 exactly for
+ * the digit symbols 48..57, whatever the modifiers.  A key with a code sets
+ * key_code and consumes the event: keysym.sym and the type byte become 0. */
+void vel_getfirstkeyinformation(vel_context *ctx);
+
+/* On an SDL_KEYUP of any key, moves a pending key_code into final_key and
+ * clears key_code: each release delivers the last key pressed, once. */
+void vel_getfinalkeyinformation(vel_context *ctx);
+
+/* Applies final_key to cursor_object, then clears final_key and
+ * key_printable and redraws the active window with one screen update of
+ * its rectangle (vel_draw_and_screenup_selected_window).  Does nothing,
+ * final_key included, when final_key is 0 or the cursor object is not
+ * editable.  Entry fields (types 5, 6) edit their label, at most the
+ * smaller of 64 and max_chars characters; multi-line texts (types 3, 1)
+ * edit the text record text_index, at most 999 characters in 40 formatted
+ * lines, and are reformatted after each change.  Keys: 271 Enter (new
+ * paragraph), 273/274 Up/Down, 275/276 Right/Left, 277 Insert (toggles
+ * insert_mode: 0 insert, any other value overwrite), 8 Backspace, 127
+ * Delete, and any code up to 255 with key_printable 1 is typed.  Writes the
+ * text, text_length, cursor_line, cursor_column, cursor_x, cursor_y,
+ * scroll_x, scroll_y and the record's cursor_index.  Deliberate oddities:
+ * overwriting the last character of a field appends it once more ("abc"
+ * becomes "abxx"); Up and Down place the cursor one character right of its
+ * column; Right never scrolls; Left never leaves its line; overwriting at
+ * the end of a multi-line text puts the terminator at the cursor's column.
+ * Text memory never changes outside its field: the last byte of the label
+ * or text record is made a terminator on entry and kept one, and a
+ * multi-line text takes typed characters only while cursor_index is below
+ * 999. */
+void vel_get_text(vel_context *ctx);
+
+/* Sets the text record's cursor_index of cursor_object from its
+ * cursor_line and cursor_column, walking the formatted lines: a paragraph
+ * break takes one text position, a wrap made by the formatter none.  A
+ * position beyond the last formatted line leaves cursor_index unchanged. */
+void vel_get_position_in_stream(vel_context *ctx);
+
+/* Sets cursor_line and cursor_column of cursor_object from its record's
+ * cursor_index, by the same walk.  An index at the end of a wrapped line
+ * stays at that line's end; one just after a paragraph break goes to
+ * column 0 of the next line.  An index the walk never reaches leaves both
+ * unchanged. */
+void vel_get_column_row(vel_context *ctx);
+
+/* ========================================================================
+ * Windows: activation, stack, dialogs, frame actions
+ * ======================================================================== */
+
+void vel_activate_window(vel_context *ctx);
+void vel_close_win(vel_context *ctx, uint32_t win);
+void vel_set_operators(vel_context *ctx);
+void vel_select_window(vel_context *ctx);
+uint32_t vel_decide_window(vel_context *ctx, uint32_t win, uint32_t first, uint32_t last);
+void vel_notice_window(vel_context *ctx, uint32_t win, uint32_t obj);
+void vel_initiate_cursor_win(vel_context *ctx, uint32_t win);
+void vel_initiate_cursor_dep_objs(vel_context *ctx, uint32_t obj);
+uint32_t vel_check_cursor_dep_objs(vel_context *ctx, uint32_t obj);
+
+void vel_exa_left_pressed(vel_context *ctx);
+void vel_exa_left_released(vel_context *ctx);
+void vel_move_window(vel_context *ctx);
+void vel_increase_win_w(vel_context *ctx);
+void vel_increase_win_h(vel_context *ctx);
+void vel_decrease_win_w(vel_context *ctx);
+void vel_decrease_win_h(vel_context *ctx);
+void vel_scroll_win_up(vel_context *ctx);
+void vel_scroll_win_down(vel_context *ctx);
+void vel_scroll_win_left(vel_context *ctx);
+void vel_scroll_win_right(vel_context *ctx);
+void vel_update_x_dependent_obj(vel_context *ctx, uint32_t obj, uint32_t direction, uint32_t d);
+void vel_update_y_dependent_obj(vel_context *ctx, uint32_t obj, uint32_t direction, uint32_t d);
+void vel_update_dep_objs_after_move(vel_context *ctx, uint32_t obj, uint32_t dx, uint32_t dy);
+void vel_add_difference_toxy_dep_objs(vel_context *ctx, uint32_t obj, uint32_t dx, uint32_t dy);
+
+/* ========================================================================
+ * Menus and file selector
+ * ======================================================================== */
+
+uint32_t vel_move_out_menu(vel_context *ctx, uint32_t menu, uint32_t mode);
+void vel_prepare_fileselector(vel_context *ctx, uint32_t list, uint32_t n);
+void vel_read_app_dir(vel_context *ctx);
+void vel_load_dir_entries(vel_context *ctx, uint32_t list);
 
 #ifdef __cplusplus
 }

@@ -43,4 +43,23 @@ inline TTF_Font *object_font(vel_context *ctx, const vel_object &o)
     return nullptr;
 }
 
+// Calls visit(d) for each dependent d of obj in list order: at most 100
+// entries, ending at the first 0.  visit returns false to stop the walk.
+template <typename Visit> void for_each_dependent(vel_context *ctx, uint32_t obj, Visit visit)
+{
+    const uint32_t *dependents = object(ctx, obj).dep_objs;
+    for (int i = 0; i < VEL_MAX_DEPENDENTS && dependents[i] != 0; ++i)
+        if (!visit(dependents[i])) return;
+}
+
+// A top-level window never stands closer to the screen's top left corner
+// than (11, 25): the frame buttons sit 24 pixels above it.  The record is
+// changed.  Comparisons are signed, so a position "left of 0" is clamped too.
+inline void clamp_top_level_window(vel_object &o)
+{
+    if (o.type != VEL_TYPE_WINDOW || o.master != 0) return;
+    if (static_cast<int32_t>(o.x) <= 10) o.x = 11;
+    if (static_cast<int32_t>(o.y) <= 24) o.y = 25;
+}
+
 } // namespace velumo::detail

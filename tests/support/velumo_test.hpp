@@ -83,12 +83,6 @@ private:
 
 // Reads a pixel of any depth back as a colour triple.
 vel_rgb pixel(SDL_Surface *surface, int x, int y);
-inline bool operator==(vel_rgb a, vel_rgb b)
-{
-    return a.r == b.r && a.g == b.g && a.b == b.b;
-}
-std::ostream &operator<<(std::ostream &out, vel_rgb c);
-
 // Queues SDL events for the selection loops.
 void push_mouse_button(uint8_t type, uint8_t button, uint16_t x, uint16_t y);
 void push_key(uint8_t type, SDLKey sym, SDLMod mod = KMOD_NONE, uint16_t unicode = 0);

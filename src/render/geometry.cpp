@@ -1,0 +1,234 @@
+// Object geometry: the screen cut of top-level objects, usable sizes inside
+// masters, the root of a master chain and the exclusive clip limits.
+#include "render/geometry.hpp"
+
+#include "internal.hpp"
+
+#include <algorithm>
+
+namespace velumo::detail {
+namespace {
+
+// Edges are computed with 32-bit wrap-around and then read as signed
+// screen coordinates, so a bound one left of column 0 compares as -1.
+constexpr int32_t as_signed(uint32_t v)
+{
+    return static_cast<int32_t>(v);
+}
+
+// The cut width and height of the root and whether each one is cut.
+struct RootCut {
+    uint32_t width;
+    uint32_t height;
+    bool cut_width;
+    bool cut_height;
+};
+
+RootCut root_cut(vel_context *ctx, uint32_t root)
+{
+    const vel_object &r = object(ctx, root);
+    RootCut cut{vel_p_cutted_w_independent(ctx, root), vel_p_cutted_h_independent(ctx, root), false,
+                false};
+    cut.cut_width = r.width > cut.width;
+    cut.cut_height = r.height > cut.height;
+    return cut;
+}
+
+// The master is the root: its own rectangle (or its inner area) at the
+// position it has on the screen, the cut side without its margin.
+Limits limits_inside_root(vel_context *ctx, const vel_object &o, uint32_t root)
+{
+    const vel_object &m = object(ctx, root);
+    const RootCut cut = root_cut(ctx, root);
+    uint32_t left = 0;
+    uint32_t top = 0;
+    uint32_t right = 0;
+    uint32_t bottom = 0;
+    if (o.clip_mode == 0) {
+        left = m.x + m.margin_left - 1;
+        top = m.y + m.margin_top - 1;
+        right = m.x + cut.width - m.margin_right;
+        bottom = m.y + cut.height - m.margin_bottom;
+    } else if (o.clip_mode == 1) {
+        left = m.x - 1;
+        top = m.y - 1;
+        right = m.x + cut.width;
+        bottom = m.y + cut.height;
+    }
+    if (cut.cut_width) right = m.x + cut.width;
+    if (cut.cut_height) bottom = m.y + cut.height;
+    return {as_signed(left), as_signed(right), as_signed(top), as_signed(bottom)};
+}
+
+// The inner right (or bottom) edge of a parent.  A cut root ends where the
+// screen cut ends, unless its inner edge lies further left.
+int32_t parent_inner_end(uint32_t pos, uint32_t size, uint32_t margin, bool root_cut,
+                         uint32_t cut_size)
+{
+    if (!root_cut) return as_signed(pos + size - 1 - margin + 1);
+    const int32_t cut_end = as_signed(cut_size + pos - 1);
+    const int32_t inner_end = as_signed(pos + size - margin);
+    return cut_end <= inner_end ? cut_end + 1 : inner_end;
+}
+
+// Deeper chains: every master from the direct one up to the root narrows the
+// limits.  Each level's frame is taken one pixel up and left of its record.
+Limits limits_in_chain(vel_context *ctx, const vel_object &o, uint32_t root)
+{
+    const RootCut cut = root_cut(ctx, root);
+    Limits limits;
+    Limits candidate;
+    uint32_t cur = o.master;
+    for (;;) {
+        const vel_object &c = object(ctx, cur);
+        const uint32_t parent = c.master;
+        const vel_object &p = object(ctx, parent);
+        const uint32_t bx = c.x - 1;
+        const uint32_t by = c.y - 1;
+        const uint32_t bx2 = bx + c.width - 1;
+        const uint32_t by2 = by + c.height - 1;
+        if (o.clip_mode == 0) {
+            candidate = {as_signed(bx + c.margin_left - 1), as_signed(bx2 - c.margin_right + 1),
+                         as_signed(by + c.margin_top - 1), as_signed(by2 - c.margin_bottom + 1)};
+        } else if (o.clip_mode == 1) {
+            candidate = {as_signed(bx - 1), as_signed(bx2 + 1), as_signed(by - 1),
+                         as_signed(by2 + 1)};
+        }
+        const bool parent_is_root = parent == root;
+        const int32_t pr = parent_inner_end(p.x, p.width, p.margin_right,
+                                            parent_is_root && cut.cut_width, cut.width);
+        const int32_t pb = parent_inner_end(p.y, p.height, p.margin_bottom,
+                                            parent_is_root && cut.cut_height, cut.height);
+        const int32_t pl = as_signed(p.x + p.margin_left - 1);
+        const int32_t pt = as_signed(p.y + p.margin_top - 1);
+
+        const int32_t left = std::max(candidate.left, pl);
+        if (left > limits.left) limits.left = left;
+        const int32_t right = std::min(candidate.right, pr);
+        if (right < limits.right || limits.right == 0) limits.right = right;
+        const int32_t top = std::max(candidate.top, pt);
+        if (top > limits.top) limits.top = top;
+        const int32_t bottom = std::min(candidate.bottom, pb);
+        if (bottom < limits.bottom || limits.bottom == 0) limits.bottom = bottom;
+
+        if (parent_is_root) break;
+        cur = parent;
+    }
+    return limits;
+}
+
+} // namespace
+
+Limits inner_limits(const vel_object &o, uint32_t right, uint32_t bottom)
+{
+    return {as_signed(o.x + o.margin_left - 1), as_signed(right - o.margin_right + 1),
+            as_signed(o.y + o.margin_top - 1), as_signed(bottom - o.margin_bottom + 1)};
+}
+
+Limits dependent_limits(vel_context *ctx, uint32_t obj)
+{
+    const vel_object &o = object(ctx, obj);
+    const uint32_t root = vel_search_master(ctx, obj);
+    if (o.master == root) return limits_inside_root(ctx, o, root);
+    return limits_in_chain(ctx, o, root);
+}
+
+Limits text_limits(vel_context *ctx, uint32_t obj)
+{
+    const vel_object &o = object(ctx, obj);
+    const bool top_level = o.master == 0;
+    const uint32_t outer_right =
+        o.x + (top_level ? vel_p_cutted_w_independent(ctx, obj) : o.width) - 1;
+    const uint32_t outer_bottom =
+        o.y + (top_level ? vel_p_cutted_h_independent(ctx, obj) : o.height) - 1;
+    const Limits own = inner_limits(o, outer_right, outer_bottom);
+    if (top_level) return own;
+
+    const Limits master = dependent_limits(ctx, obj);
+    return {own.left > master.left ? own.left : master.left,
+            own.right < master.right ? own.right : master.right,
+            own.top > master.top ? own.top : master.top,
+            own.bottom < master.bottom ? own.bottom : master.bottom};
+}
+
+} // namespace velumo::detail
+
+using velumo::detail::object;
+
+uint32_t vel_p_cutted_w_independent(vel_context *ctx, uint32_t obj)
+{
+    const vel_object &o = object(ctx, obj);
+    if (ctx->screen_width < o.x + o.width - 1) return ctx->screen_width - o.x - 2;
+    return o.width;
+}
+
+uint32_t vel_p_cutted_h_independent(vel_context *ctx, uint32_t obj)
+{
+    const vel_object &o = object(ctx, obj);
+    if (ctx->screen_height < o.y + o.height - 1) return ctx->screen_height - o.y - 5;
+    return o.height;
+}
+
+uint32_t vel_p_cutted_w_dependent(vel_context *ctx, uint32_t obj)
+{
+    const vel_object &o = object(ctx, obj);
+    const vel_object &m = object(ctx, o.master);
+    const uint32_t master_width = m.master != 0 ? vel_p_cutted_w_dependent(ctx, o.master)
+                                                : vel_p_cutted_w_independent(ctx, o.master);
+    const uint32_t limit = m.x + master_width - 1 - m.margin_right;
+    if (static_cast<int32_t>(o.x + o.width - 1) >= static_cast<int32_t>(limit))
+        return limit - (o.x + 1);
+    return o.width;
+}
+
+uint32_t vel_p_cutted_h_dependent(vel_context *ctx, uint32_t obj)
+{
+    const vel_object &o = object(ctx, obj);
+    const vel_object &m = object(ctx, o.master);
+    // The height looks one level further up than the width: the master's
+    // height comes from the master's own master.
+    const uint32_t master_height = m.master != 0 ? vel_p_cutted_h_dependent(ctx, m.master)
+                                                 : vel_p_cutted_h_independent(ctx, o.master);
+    const uint32_t limit = m.y + master_height - 1 - m.margin_bottom;
+    if (static_cast<int32_t>(o.y + o.height - 1) >= static_cast<int32_t>(limit))
+        return limit - (o.y + 1);
+    return o.height;
+}
+
+uint32_t vel_search_master(vel_context *ctx, uint32_t obj)
+{
+    if (object(ctx, obj).master == 0) return 0;
+    // Two walkers, one twice as fast: on a cycle in the form data they meet
+    // on it and that object counts as the root, so no walk runs forever.
+    uint32_t slow = obj;
+    uint32_t fast = obj;
+    for (;;) {
+        slow = object(ctx, slow).master;
+        if (object(ctx, slow).master == 0) return slow;
+        for (int step = 0; step < 2; ++step) {
+            fast = object(ctx, fast).master;
+            if (object(ctx, fast).master == 0) return fast;
+        }
+        if (slow == fast) return slow;
+    }
+}
+
+void vel_get_borders_for_dep_object(vel_context *ctx, uint32_t obj, uint32_t *left, uint32_t *right,
+                                    uint32_t *top, uint32_t *bottom)
+{
+    const velumo::detail::Limits l = velumo::detail::dependent_limits(ctx, obj);
+    *left = static_cast<uint32_t>(l.left);
+    *right = static_cast<uint32_t>(l.right);
+    *top = static_cast<uint32_t>(l.top);
+    *bottom = static_cast<uint32_t>(l.bottom);
+}
+
+void vel_get_borders_for_text(vel_context *ctx, uint32_t obj, uint32_t *left, uint32_t *right,
+                              uint32_t *top, uint32_t *bottom)
+{
+    const velumo::detail::Limits l = velumo::detail::text_limits(ctx, obj);
+    *left = static_cast<uint32_t>(l.left);
+    *right = static_cast<uint32_t>(l.right);
+    *top = static_cast<uint32_t>(l.top);
+    *bottom = static_cast<uint32_t>(l.bottom);
+}
