@@ -335,8 +335,8 @@ void vel_draw_box(vel_context *ctx, uint32_t x, uint32_t y, uint32_t w, uint32_t
  * bottom and left edge in that order, corners drawn twice.  A width of 1
  * shows only the two vertical edges (the horizontal ones are single points,
  * which vel_draw_line does not draw); a height of 1 only the horizontal. */
-void vel_draw_rectangle(vel_context *ctx, uint32_t x, uint32_t y, uint32_t w, uint32_t h,
-                        uint8_t r, uint8_t g, uint8_t b);
+void vel_draw_rectangle(vel_context *ctx, uint32_t x, uint32_t y, uint32_t w, uint32_t h, uint8_t r,
+                        uint8_t g, uint8_t b);
 
 /* Usable width of a top-level object: when x + width - 1 lies beyond
  * screen_width (unsigned), screen_width - x - 2, else its width.  An object
@@ -373,8 +373,8 @@ uint32_t vel_search_master(vel_context *ctx, uint32_t obj);
  * to the root, each master's frame taken one pixel up and left of its
  * record.  Limits left of or above the screen come out as wrapped negative
  * values (compare them signed).  obj must have a master. */
-void vel_get_borders_for_dep_object(vel_context *ctx, uint32_t obj, uint32_t *left,
-                                    uint32_t *right, uint32_t *top, uint32_t *bottom);
+void vel_get_borders_for_dep_object(vel_context *ctx, uint32_t obj, uint32_t *left, uint32_t *right,
+                                    uint32_t *top, uint32_t *bottom);
 
 /* Writes the exclusive limits of obj's text area: its inner area (margins
  * inside its cut rectangle when top level, inside its record's rectangle
@@ -522,8 +522,8 @@ uint32_t vel_format_stream_to_linked_objects(vel_context *ctx, uint32_t master);
  * index stored into that object.  The split path treats line indexes above
  * 39 like 39.  A *chain_position above 99 returns -1 at once. */
 int32_t vel_copy_word_big(vel_context *ctx, uint32_t master, uint32_t *chain_position,
-                          uint32_t *text_index, const char *word, uint32_t *line,
-                          uint32_t *column, uint32_t *word_length, uint32_t break_after);
+                          uint32_t *text_index, const char *word, uint32_t *line, uint32_t *column,
+                          uint32_t *word_length, uint32_t break_after);
 
 /* Moves a chain flow to its next member: stores *line into number_of_lines
  * of *member, adds 1 to *chain_position and takes the master's entry there.
@@ -596,7 +596,8 @@ void vel_draw_cursor(vel_context *ctx, uint32_t obj);
 
 /* Runs the selection loop until a left-button release lands on stop_a,
  * stop_b or frame button 7, and returns that object.  A stop value of 0
- * returns 0 at once, without reading an event.  Each pass fetches the next
+ * returns 0 at once, without reading an event; a negative one never
+ * matches, so -1 waits for object 7 alone.  Each pass fetches the next
  * event into ctx->event and dispatches on its type byte:
  *   - key-down: vel_getfirstkeyinformation;
  *   - key-up: vel_getfinalkeyinformation, then vel_get_text;
@@ -699,41 +700,207 @@ void vel_get_column_row(vel_context *ctx);
 
 /* ========================================================================
  * Windows: activation, stack, dialogs, frame actions
+ *
+ * Windows are top-level objects of type 1.  window_stack holds the open
+ * ones, entry 0 in front; window_count counts the entries in use.  The
+ * front window is the active window: it carries the selection marks and
+ * the frame buttons (objects 1..7) and holds or contains cursor_object.
+ * Activation and closing change records and erase what they take away,
+ * but do not redraw: callers redraw (vel_select_window and the dialogs do
+ * a full redraw themselves).  Frame buttons are only touched when the form
+ * loaded them (object_count of at least the button's number).
  * ======================================================================== */
 
+/* Brings window_to_activate (W) to the front and makes it active.
+ * Ignored, window_to_activate kept, unless W is a window (type 1) without
+ * a master and not already active.  A closed W (hidden 1) is opened:
+ * hidden becomes 0 and, once stacked, it is counted in window_count; with
+ * 100 windows counted a closed W is only marked visible and the call ends
+ * there.  A window found anywhere among the 100 stack entries is taken out
+ * of its place; the counted entries move down one (an entry pushed past
+ * index 99 is lost) and W goes into entry 0.  A window already visible but
+ * not stacked enters uncounted.  An open window is raised even with a
+ * full stack.  Then its cursors are started (vel_initiate_cursor_win), the
+ * previous active window's marks and shown frame buttons are erased,
+ * active_window = W, window_to_activate = 0, cursor_object = W when W's
+ * editable is 1, its first cursor-taking dependent (or 0) when editable is
+ * 0, unchanged otherwise; last vel_set_operators. */
 void vel_activate_window(vel_context *ctx);
+
+/* Closes window win (0: the active window; nothing when none is active).
+ * A hidden or unstacked window is ignored.  Otherwise it leaves the stack
+ * (the entries below move up, window_count drops), hidden becomes 1 and
+ * its area is erased.  Closing the active window also erases its marks,
+ * erases and hides its frame buttons, clears cursor_object when the window
+ * itself held it (not when a dependent did), and activates the window that
+ * moved into its stack place, if any; nothing is redrawn. */
 void vel_close_win(vel_context *ctx, uint32_t win);
+
+/* Places the frame buttons on the active window, w being its visible
+ * width (vel_p_cutted_w_independent): kind 0 shows buttons 1..7 with
+ * button k at x + w - 112 + 16 (k - 1); kind 1 shows button 7 at
+ * x + w - 16 and button 1 next to it at x + w - 32 and hides 2..6; both at
+ * y - 24.  Other kinds change nothing.  Without an active window, or with
+ * a hidden one, all seven are hidden.  Writes x, y and hidden of 1..7. */
 void vel_set_operators(vel_context *ctx);
+
+/* Acts on the object the user hit, stored in window_to_activate: a window
+ * without master is activated and everything redrawn and shown; an
+ * editable (1) window, text object, entry field or chain member becomes
+ * cursor_object and the active window is redrawn and its rectangle shown
+ * (window_to_activate is kept); anything else does nothing. */
 void vel_select_window(vel_context *ctx);
+
+/* Modal question: activates win, redraws everything, runs
+ * vel_get_mouse_selection with first and last, closes the active window
+ * (bringing back the one below) and returns the loop's result: first,
+ * last, or 7 for the close button.  Keys typed meanwhile reach the editor.
+ * The caller redraws after it. */
 uint32_t vel_decide_window(vel_context *ctx, uint32_t win, uint32_t first, uint32_t last);
+
+/* Modal notice: as vel_decide_window with the single stop object obj
+ * (vel_get_mono_mouse_selection); frame button 7 ends it too. */
 void vel_notice_window(vel_context *ctx, uint32_t win, uint32_t obj);
+
+/* Starts the text cursor of win and of its dependents: an editable (1)
+ * object whose cursor_x and cursor_y are both 0 gets cursor_x = x +
+ * margin_left, cursor_y = y + margin_top, cursor_line and cursor_column 0.
+ * A cursor placed once is never reset. */
 void vel_initiate_cursor_win(vel_context *ctx, uint32_t win);
+
+/* The same for obj's dependents only, recursively: dependents of width or
+ * height 0 are skipped and not descended into, and only those of a
+ * nonzero type get a cursor. */
 void vel_initiate_cursor_dep_objs(vel_context *ctx, uint32_t obj);
+
+/* The first dependent of obj, depth first in list order, that can take
+ * the cursor: nonzero width and height and editable 1.  Sized dependents
+ * with editable 0 are searched in turn; hidden is not looked at.  0 when
+ * none. */
 uint32_t vel_check_cursor_dep_objs(vel_context *ctx, uint32_t obj);
 
+/* Left button down on frame button window_to_activate.  Only with an
+ * active full-frame (kind 0) window and frame_mode 0 (resize) or 1
+ * (scroll): button 2 shrinks the height / scrolls down, 3 grows the
+ * height / scrolls up, 5 shrinks the width / scrolls right, 6 grows the
+ * width / scrolls left.  Other buttons do nothing. */
 void vel_exa_left_pressed(vel_context *ctx);
+
+/* Left button up on frame button window_to_activate, whatever the kind:
+ * 1 moves the active window (vel_move_window); 4 switches frame_mode 0 to
+ * 1 with mark_colour = mark_colour_b, 1 to 0 with mark_colour_a, then
+ * redraws everything (other modes: nothing); 7 closes the active window
+ * and redraws everything. */
 void vel_exa_left_released(vel_context *ctx);
+
+/* Moves the active window to the next left-button press, which it waits
+ * for and consumes; every event before it is dropped and later ones stay
+ * queued.  The context's event is cleared first, so only a press fetched
+ * by this call counts.  While no event is pending the loop pauses about a
+ * millisecond between polls.  The window, its marks and its frame buttons
+ * are erased (for kind 0 the buttons from 1 up to the first hidden one);
+ * the new corner is the press, with x at least 11 and y at least 25.  Its
+ * own cursor (when editable is 1) and its dependents
+ * (vel_update_dep_objs_after_move) move by the same difference; then the
+ * buttons are placed and everything is redrawn.  Without an active window
+ * it returns at once. */
 void vel_move_window(vel_context *ctx);
+
+/* Resizing of the active window by 4 pixels: width grows while below
+ * screen_width - 50, height while below screen_height - 50; both shrink
+ * while above 20.  The marks and the window are erased first and
+ * everything is redrawn after, also when the limit refused the change.
+ * Dependents keep their size and place.  Nothing without an active window. */
 void vel_increase_win_w(vel_context *ctx);
 void vel_increase_win_h(vel_context *ctx);
 void vel_decrease_win_w(vel_context *ctx);
 void vel_decrease_win_h(vel_context *ctx);
+
+/* Scrolling of the active window's contents by scroll_step.  The offset
+ * (scroll_x, scroll_y, signed) may run from -M to 2 M, M being
+ * scroll_max_x or scroll_max_y, or from -5 to 5 screen widths or heights
+ * when M is 0: right and down scroll while the offset is below the upper
+ * end, left and up while it is above the lower end; otherwise nothing at
+ * all happens.  Right and down add the step, left and up subtract it.  The
+ * window's own cursor (editable 1) moves with the offset, except that
+ * scrolling left moves it right as well.  The dependents move by the step
+ * (vel_update_x_dependent_obj / _y_) towards higher coordinates for right
+ * and down, lower for left and up; then the active window is redrawn and
+ * its rectangle shown.  Nothing without an active window. */
 void vel_scroll_win_up(vel_context *ctx);
 void vel_scroll_win_down(vel_context *ctx);
 void vel_scroll_win_left(vel_context *ctx);
 void vel_scroll_win_right(vel_context *ctx);
+
+/* Moves obj's dependents by d pixels along x (cursor_x too when editable
+ * is 1): direction 1 subtracts, 2 adds, other values move nothing.  A
+ * dependent follows when its clip_mode is 0, or 1 with a master that has a
+ * master itself (clip_mode 1 directly on a top-level window stays put);
+ * only followers are descended into.  The _y_ variant works on y and
+ * cursor_y. */
 void vel_update_x_dependent_obj(vel_context *ctx, uint32_t obj, uint32_t direction, uint32_t d);
 void vel_update_y_dependent_obj(vel_context *ctx, uint32_t obj, uint32_t direction, uint32_t d);
+
+/* Adds dx and dy (negative moves wrap as unsigned numbers) to x and y of
+ * all of obj's dependents, recursively, whatever their size; the cursor
+ * moves too for editable (1) windows, text objects, entry fields and chain
+ * members. */
 void vel_update_dep_objs_after_move(vel_context *ctx, uint32_t obj, uint32_t dx, uint32_t dy);
+
+/* As vel_update_dep_objs_after_move, but dependents of width or height 0
+ * are skipped and not descended into, and the cursor moves for every
+ * dependent whose editable is 1, whatever its type. */
 void vel_add_difference_toxy_dep_objs(vel_context *ctx, uint32_t obj, uint32_t dx, uint32_t dy);
 
 /* ========================================================================
  * Menus and file selector
  * ======================================================================== */
 
+/* Shows menu (hidden 0), paints it with its entries (its dependents up to
+ * the first 0) and runs its own event loop until it is left or a left
+ * button is released on it; then erases it, sets hidden to 1 and returns
+ * the entry released on, or 0.  Each pass fetches one event (pausing about
+ * a millisecond when none is pending) and reads the pointer.  The first
+ * shown, sized entry under the pointer is highlighted: each of its fill
+ * components above 20 is lowered by 20 and raised again, exactly, when the
+ * highlight moves on or the menu closes; the menu is repainted and its
+ * rectangle shown only when the highlight changes.  A left release is
+ * tested at the event's own position; off every entry it returns 0.  The
+ * menu is left, with 0, when the pointer is left or right of its visible
+ * columns or below it, or above its top: with mode 1 (menu below a title
+ * the pointer is still on) only after the pointer has been over an entry,
+ * with any other mode at once.  A menu without entries sees no releases.
+ * Other events are dropped.  The erased area is not shown: the caller
+ * redraws.  The refreshed rectangle starts at the menu's corner, at 0 for
+ * a coordinate before the screen and 5 pixels short of the edge for one
+ * beyond it, and is cut to the screen.  menu 0 returns 0 at once. */
 uint32_t vel_move_out_menu(vel_context *ctx, uint32_t menu, uint32_t mode);
+
+/* Makes up to n rows under list's first dependent t (the template): row
+ * t + k becomes dependent entry k, with the template's type, x, width,
+ * height, fill and text colours, margin_top and margin_left, master =
+ * list, and y = template y + (template height + 3) k.  It stops after the
+ * first row numbered above object_count and at dependent entry 99; the
+ * rows' records must exist (loaded or spare).  Nothing when list has no
+ * dependent. */
 void vel_prepare_fileselector(vel_context *ctx, uint32_t list, uint32_t n);
+
+/* Reads the current directory's entries, "." and ".." included, in the
+ * order the system delivers them, into dir_names (at most 100, each cut
+ * to 64 characters), sets dir_last to their number - 1 and dir_order to
+ * display order: by first byte only, ascending, by exchanges, so names
+ * with the same first character keep no particular order.  A directory
+ * that cannot be opened leaves the listing as it was; one that delivers
+ * nothing (removed while current) leaves a single empty name, which
+ * vel_load_dir_entries does not show. */
 void vel_read_app_dir(vel_context *ctx);
+
+/* Writes the listing into list's dependents in display order, the
+ * template first: label = the name, hidden 0, width 180, up to dir_last,
+ * entry 99 or the first 0 entry.  The list's height becomes rows filled x
+ * (first row's height + 3) + 40; the rows left over are hidden with width
+ * 0.  Nothing when dir_last is 0.  Order entries beyond the table show an
+ * empty name. */
 void vel_load_dir_entries(vel_context *ctx, uint32_t list);
 
 #ifdef __cplusplus

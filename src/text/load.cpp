@@ -1,0 +1,111 @@
+// Puts new text into objects at run time, resets their text cursor, pads
+// labels with fill characters and reads external streams for text chains.
+#include "text/layout.hpp"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace velumo::detail;
+
+// Characters before the NUL, counted the library's way.
+uint32_t text_length_of(const char *text)
+{
+    return vel_get_lastposition_before_zero(text) + 1u;
+}
+
+} // namespace
+
+extern "C" {
+
+uint32_t vel_load_window_text(vel_context *ctx, uint32_t obj, const char *text)
+{
+    const vel_object &o = object(ctx, obj);
+    const uint32_t t = o.text_index;
+    // Only the lines the previous text used; the formatter clears the rest.
+    const uint32_t last_used = std::min(o.number_of_lines, last_reachable_line);
+    for (uint32_t n = 0; n <= last_used; ++n)
+        line_at(ctx, t, n)[0] = '\0';
+
+    char *record = record_text(ctx, t);
+    if (std::strlen(text) < VEL_TEXT_BYTES) {
+        vel_copy_st_last_part(text, record);
+    } else {
+        std::memcpy(record, text, VEL_TEXT_BYTES - 1);
+        record[VEL_TEXT_BYTES - 1] = '\0';
+    }
+    return vel_format_object_text(ctx, obj);
+}
+
+uint32_t vel_load_window_text_buttons(vel_context *ctx, uint32_t obj, const char *text,
+                                      uint32_t button_a, uint32_t button_b)
+{
+    vel_load_window_text(ctx, obj, text);
+    vel_format_small_obj(ctx, button_a);
+    return vel_format_small_obj(ctx, button_b);
+}
+
+void vel_reset_textobject(vel_context *ctx, uint32_t mode, uint32_t obj)
+{
+    vel_object &o = object(ctx, obj);
+    if (mode == 0) {
+        o.text_length = text_length_of(o.label);
+    } else if (mode == 1) {
+        vel_text_rec &record = ctx->text_recs[o.text_index];
+        o.text_length = text_length_of(record.text);
+        record.cursor_index = 0;
+    }
+    o.cursor_column = 0;
+    o.cursor_line = 0;
+    o.cursor_x = o.x + o.margin_left;
+    o.cursor_y = o.y + o.margin_top;
+}
+
+uint32_t vel_fill_form_with_dummies(vel_context *ctx, const char *string, uint32_t obj,
+                                    uint32_t field_length, char fill_char)
+{
+    const uint32_t length = vel_count_string_size_without_zero(string);
+    if (length >= field_length) return length;
+    // The label holds 67 characters; a wider field is not padded.
+    if (field_length >= VEL_STRING_BYTES) return 0;
+
+    vel_object &o = object(ctx, obj);
+    const uint32_t pad = field_length - length;
+    o.label[field_length] = '\0';
+    // Backwards, so the overlapping move never reads a moved character.
+    for (uint32_t k = length; k-- > 0;)
+        o.label[pad + k] = o.label[k];
+    std::fill(o.label, o.label + pad, fill_char);
+    o.text_length = field_length;
+    return field_length;
+}
+
+char *vel_read_external_stream(const char *path)
+{
+    std::FILE *file = std::fopen(path, "r+b");
+    if (!file) return nullptr;
+    std::fseek(file, 0, SEEK_END);
+    const long size = std::ftell(file);
+    std::fclose(file);
+    if (size < 0) return nullptr;
+
+    const auto bytes = static_cast<std::size_t>(size);
+    // One byte more than the file, set to NUL, ends a stream without one.
+    auto *buffer = static_cast<char *>(std::malloc(bytes + 1));
+    const int fd = ::open(path, O_RDONLY);
+    if (fd < 0) {
+        std::free(buffer);
+        return nullptr;
+    }
+    buffer[bytes] = '\0';
+    [[maybe_unused]] const ssize_t got = ::read(fd, buffer, bytes);
+    ::close(fd);
+    return buffer;
+}
+
+} // extern "C"
