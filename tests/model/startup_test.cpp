@@ -16,7 +16,8 @@ using StartUp = ScreenTest;
 FormBuilder form_of(uint32_t records)
 {
     FormBuilder form;
-    for (uint32_t k = 1; k <= records; ++k) form.object(k).type = VEL_TYPE_LABEL;
+    for (uint32_t k = 1; k <= records; ++k)
+        form.object(k).type = VEL_TYPE_LABEL;
     return form;
 }
 
@@ -43,7 +44,8 @@ TEST_F(StartUp, LoadsWholeRecordsAndIgnoresTrailingBytes)
     EXPECT_EQ(object(9).scroll_max_y, 777u);
     // The first record is object 1; the spare records behind are zero.
     EXPECT_EQ(object(1).type, static_cast<uint32_t>(VEL_TYPE_LABEL));
-    for (uint32_t k = 10; k <= 14; ++k) EXPECT_EQ(object(k).type, 0u) << k;
+    for (uint32_t k = 10; k <= 14; ++k)
+        EXPECT_EQ(object(k).type, 0u) << k;
 }
 
 TEST_F(StartUp, HiddenIsLoadedOnlyForTopLevelObjectsAndMenus)
@@ -136,7 +138,8 @@ TEST_F(StartUp, TextRecordsStartAtOneWithSpareRecordsZeroed)
     EXPECT_EQ(ctx().text_recs[2].cursor_index, 3u);
     EXPECT_EQ(ctx().text_recs[4].text[0], '\0');
     // Line buffers for records 0..4 plus one spare behind the block.
-    for (int i = 0; i < 6 * VEL_LINE_BUFFER_BYTES; ++i) ASSERT_EQ(ctx().text_bufs[i], '\0') << i;
+    for (int i = 0; i < 6 * VEL_LINE_BUFFER_BYTES; ++i)
+        ASSERT_EQ(ctx().text_bufs[i], '\0') << i;
 }
 
 TEST_F(StartUp, MissingFormFileReportsFailure)
@@ -153,9 +156,9 @@ TEST_F(StartUp, MissingTextFileReportsFailureWithTwoLineEnds)
     form.object(8).text_index = 1;
     form.write(dir_.path("form.vel"));
     StdoutCapture out;
-    EXPECT_EQ(vel_load_form(&ctx(), 0, 0, dir_.path("form.vel").c_str(),
-                            dir_.path("none.vel").c_str()),
-              -1);
+    EXPECT_EQ(
+        vel_load_form(&ctx(), 0, 0, dir_.path("form.vel").c_str(), dir_.path("none.vel").c_str()),
+        -1);
     EXPECT_EQ(out.finish(), "Can't open file !\n\n");
     EXPECT_EQ(ctx().objects, nullptr);
 }

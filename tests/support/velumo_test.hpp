@@ -118,5 +118,8 @@ private:
 } // namespace velumo::test
 
 // Colour triples compare and print in assertions (found by argument lookup).
-inline bool operator==(vel_rgb a, vel_rgb b) { return a.r == b.r && a.g == b.g && a.b == b.b; }
+inline bool operator==(vel_rgb a, vel_rgb b)
+{
+    return a.r == b.r && a.g == b.g && a.b == b.b;
+}
 std::ostream &operator<<(std::ostream &out, vel_rgb c);

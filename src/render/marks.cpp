@@ -1,0 +1,67 @@
+// Selection marks of the active window: the outline one pixel outside its cut
+// rectangle and the 10 x 10 square left of its top corner, drawn and erased.
+#include "internal.hpp"
+
+namespace {
+
+using namespace velumo::detail;
+
+enum class Clamp { drawing_outline, drawing_square, erasing };
+
+// Drawing clamps every object with small vertical limits; erasing clamps
+// top-level windows only, the same way painting does.
+void clamp_for(vel_object &o, Clamp clamp)
+{
+    switch (clamp) {
+    case Clamp::drawing_outline:
+        if (static_cast<int32_t>(o.x) <= 10) o.x = 11;
+        if (static_cast<int32_t>(o.y) <= 0) o.y = 2;
+        break;
+    case Clamp::drawing_square:
+        if (static_cast<int32_t>(o.x) <= 10) o.x = 11;
+        if (static_cast<int32_t>(o.y) <= 1) o.y = 2;
+        break;
+    case Clamp::erasing: clamp_top_level_window(o); break;
+    }
+}
+
+void outline(vel_context *ctx, uint32_t win, vel_rgb colour, Clamp clamp)
+{
+    vel_object &o = object(ctx, win);
+    clamp_for(o, clamp);
+    vel_draw_rectangle(ctx, o.x - 1, o.y - 1, vel_p_cutted_w_independent(ctx, win) + 2,
+                       vel_p_cutted_h_independent(ctx, win) + 2, colour.r, colour.g, colour.b);
+}
+
+void square(vel_context *ctx, uint32_t win, vel_rgb colour, Clamp clamp)
+{
+    vel_object &o = object(ctx, win);
+    clamp_for(o, clamp);
+    vel_draw_box(ctx, o.x - 10, o.y - 1, 10, 10, colour.r, colour.g, colour.b);
+}
+
+} // namespace
+
+extern "C" {
+
+void vel_draw_selected_lines(vel_context *ctx, uint32_t win)
+{
+    outline(ctx, win, ctx->mark_colour, Clamp::drawing_outline);
+}
+
+void vel_draw_selected_box(vel_context *ctx, uint32_t win)
+{
+    square(ctx, win, ctx->mark_colour, Clamp::drawing_square);
+}
+
+void vel_undraw_selected_lines(vel_context *ctx, uint32_t win)
+{
+    outline(ctx, win, ctx->background_colour, Clamp::erasing);
+}
+
+void vel_undraw_selected_box(vel_context *ctx, uint32_t win)
+{
+    square(ctx, win, ctx->background_colour, Clamp::erasing);
+}
+
+} // extern "C"
