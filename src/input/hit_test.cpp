@@ -1,0 +1,101 @@
+// Hit testing: which object lies under a screen point, from the frame buttons
+// through the active window and its dependents to the other windows and the desktop.
+#include "internal.hpp"
+
+namespace {
+
+using velumo::detail::object;
+
+// Points arrive unsigned from the events and are compared signed.
+bool contains(vel_context *ctx, uint32_t n, uint32_t x, uint32_t y)
+{
+    return vel_in_object(ctx, n, static_cast<int32_t>(x), static_cast<int32_t>(y)) != 0;
+}
+
+// Dependents drawn as a frame around their master (border styles 2 and 3)
+// let clicks through, and so do objects without an area.
+bool hit_testable_dependent(const vel_object &d)
+{
+    return d.hidden == 0 && d.width != 0 && d.height != 0 && d.border_style != 2 &&
+           d.border_style != 3;
+}
+
+// The innermost dependent of n under the point, or n itself.
+uint32_t innermost(vel_context *ctx, uint32_t n, uint32_t x, uint32_t y)
+{
+    const uint32_t dependent = vel_test_dep_objs(ctx, n, x, y);
+    return dependent != 0 ? dependent : n;
+}
+
+uint32_t test_frame_buttons(vel_context *ctx, uint32_t x, uint32_t y)
+{
+    for (uint32_t n = 1; n <= VEL_FRAME_BUTTONS && n <= ctx->object_count; ++n)
+        if (object(ctx, n).hidden == 0 && contains(ctx, n, x, y)) return n;
+    return 0;
+}
+
+// Background windows are tried from the highest number down, so a later
+// window wins where two overlap; the window stack is not consulted.  Only
+// the window itself is returned: a first click on it never reaches its
+// dependents.
+uint32_t test_background_windows(vel_context *ctx, uint32_t x, uint32_t y)
+{
+    for (uint32_t n = ctx->object_count; n > VEL_FRAME_BUTTONS; --n) {
+        const vel_object &o = object(ctx, n);
+        if (o.hidden == 0 && o.type == VEL_TYPE_WINDOW && contains(ctx, n, x, y)) return n;
+    }
+    return 0;
+}
+
+// Free-standing objects are tried upward, the other way round from windows.
+uint32_t test_desktop_objects(vel_context *ctx, uint32_t x, uint32_t y)
+{
+    for (uint32_t n = VEL_FRAME_BUTTONS + 1; n <= ctx->object_count; ++n) {
+        const vel_object &o = object(ctx, n);
+        if (o.hidden == 0 && o.type != VEL_TYPE_WINDOW && o.master == 0 && contains(ctx, n, x, y))
+            return innermost(ctx, n, x, y);
+    }
+    return 0;
+}
+
+} // namespace
+
+extern "C" {
+
+uint32_t vel_in_object(vel_context *ctx, uint32_t obj, int32_t x, int32_t y)
+{
+    const vel_object &o = object(ctx, obj);
+    if (o.master != 0) {
+        uint32_t left = 0, right = 0, top = 0, bottom = 0;
+        vel_get_borders_for_dep_object(ctx, obj, &left, &right, &top, &bottom);
+        const bool visible = static_cast<int32_t>(left) < x && x < static_cast<int32_t>(right) &&
+                             static_cast<int32_t>(top) < y && y < static_cast<int32_t>(bottom);
+        if (!visible) return 0;
+    }
+    const bool inside = static_cast<int32_t>(o.x) < x && x < static_cast<int32_t>(o.x + o.width) &&
+                        static_cast<int32_t>(o.y) < y && y < static_cast<int32_t>(o.y + o.height);
+    return inside ? 1 : 0;
+}
+
+uint32_t vel_test_dep_objs(vel_context *ctx, uint32_t obj, uint32_t x, uint32_t y)
+{
+    uint32_t hit = 0;
+    // The first hit in list order wins: earlier entries lie on top.
+    velumo::detail::for_each_dependent(ctx, obj, [&](uint32_t d) {
+        if (!hit_testable_dependent(object(ctx, d)) || !contains(ctx, d, x, y)) return true;
+        hit = innermost(ctx, d, x, y);
+        return false;
+    });
+    return hit;
+}
+
+uint32_t vel_test_all_objects(vel_context *ctx, uint32_t x, uint32_t y)
+{
+    if (const uint32_t button = test_frame_buttons(ctx, x, y)) return button;
+    // The active window is tried whatever its hidden flag says.
+    if (contains(ctx, ctx->active_window, x, y)) return innermost(ctx, ctx->active_window, x, y);
+    if (const uint32_t window = test_background_windows(ctx, x, y)) return window;
+    return test_desktop_objects(ctx, x, y);
+}
+
+} // extern "C"

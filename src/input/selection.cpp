@@ -1,0 +1,62 @@
+// The selection loops: poll events, hand keys to translation and the editor,
+// and hit-test left-button releases until one lands on a stop object.
+#include "idle.hpp"
+#include "internal.hpp"
+
+namespace {
+
+// Frame button 7 ends every selection loop, whatever the caller waits for.
+constexpr uint32_t always_ending_object = 7;
+
+bool is_left_release(const SDL_MouseButtonEvent &button)
+{
+    return button.button == SDL_BUTTON_LEFT && button.state == SDL_RELEASED;
+}
+
+// An event that stays unconsumed is dispatched again on every pass without
+// a new event; each handler below is harmless to repeat.
+void dispatch(vel_context *ctx, uint32_t &result)
+{
+    SDL_Event &event = ctx->event;
+    switch (event.type) {
+    case SDL_KEYUP:
+        vel_getfinalkeyinformation(ctx);
+        vel_get_text(ctx);
+        break;
+    case SDL_MOUSEBUTTONUP:
+        if (is_left_release(event.button)) {
+            result = vel_test_all_objects(ctx, event.button.x, event.button.y);
+            event.type = 0;
+        }
+        break;
+    case SDL_KEYDOWN: vel_getfirstkeyinformation(ctx); break;
+    default: break;
+    }
+}
+
+uint32_t run_selection(vel_context *ctx, int32_t stop_a, int32_t stop_b)
+{
+    uint32_t result = 0;
+    while (result != static_cast<uint32_t>(stop_a) && result != static_cast<uint32_t>(stop_b) &&
+           result != always_ending_object) {
+        velumo::detail::poll_event_or_pause(ctx->event);
+        dispatch(ctx, result);
+    }
+    return result;
+}
+
+} // namespace
+
+extern "C" {
+
+uint32_t vel_get_mouse_selection(vel_context *ctx, int32_t stop_a, int32_t stop_b)
+{
+    return run_selection(ctx, stop_a, stop_b);
+}
+
+uint32_t vel_get_mono_mouse_selection(vel_context *ctx, int32_t stop)
+{
+    return run_selection(ctx, stop, stop);
+}
+
+} // extern "C"
