@@ -155,6 +155,19 @@ Limits text_limits(vel_context *ctx, uint32_t obj)
 
 using velumo::detail::object;
 
+namespace {
+
+void store_limits(const velumo::detail::Limits &l, uint32_t *left, uint32_t *right, uint32_t *top,
+                  uint32_t *bottom)
+{
+    *left = static_cast<uint32_t>(l.left);
+    *right = static_cast<uint32_t>(l.right);
+    *top = static_cast<uint32_t>(l.top);
+    *bottom = static_cast<uint32_t>(l.bottom);
+}
+
+} // namespace
+
 uint32_t vel_p_cutted_w_independent(vel_context *ctx, uint32_t obj)
 {
     const vel_object &o = object(ctx, obj);
@@ -216,19 +229,11 @@ uint32_t vel_search_master(vel_context *ctx, uint32_t obj)
 void vel_get_borders_for_dep_object(vel_context *ctx, uint32_t obj, uint32_t *left, uint32_t *right,
                                     uint32_t *top, uint32_t *bottom)
 {
-    const velumo::detail::Limits l = velumo::detail::dependent_limits(ctx, obj);
-    *left = static_cast<uint32_t>(l.left);
-    *right = static_cast<uint32_t>(l.right);
-    *top = static_cast<uint32_t>(l.top);
-    *bottom = static_cast<uint32_t>(l.bottom);
+    store_limits(velumo::detail::dependent_limits(ctx, obj), left, right, top, bottom);
 }
 
 void vel_get_borders_for_text(vel_context *ctx, uint32_t obj, uint32_t *left, uint32_t *right,
                               uint32_t *top, uint32_t *bottom)
 {
-    const velumo::detail::Limits l = velumo::detail::text_limits(ctx, obj);
-    *left = static_cast<uint32_t>(l.left);
-    *right = static_cast<uint32_t>(l.right);
-    *top = static_cast<uint32_t>(l.top);
-    *bottom = static_cast<uint32_t>(l.bottom);
+    store_limits(velumo::detail::text_limits(ctx, obj), left, right, top, bottom);
 }
