@@ -60,6 +60,9 @@ public:
         o.type = VEL_TYPE_LABEL;
         o.hidden = 1;
         set_fill(o, kFrameButton);
+        // A margin of 1 puts the frame on the button's outermost pixels, so
+        // erasing the button erases its frame too.
+        set_margins(o, 1);
         set_border(o, 1, 0, kDark);
     }
 
@@ -68,6 +71,8 @@ public:
     {
         vel_object_file_rec &o = place(n, VEL_TYPE_WINDOW, 0, x, y, w, h);
         o.text_index = text;
+        // Windows start closed and are opened by activation.
+        o.hidden = 1;
         set_margins(o, 6);
         set_fill(o, kWindowFill);
         set_border(o, 4, 3, {90, 90, 100});
@@ -155,7 +160,7 @@ std::string write_sample_form(const std::string &directory)
         form.frame_button(k);
 
     form.window(kMainWindow, 40, 60, 360, 250, 1,
-                {kNotesText, kOkButton, kNameField, kMainPicture, kMenu});
+                {kNotesText, kOkButton, kNameField, kMainPicture});
     vel_object_file_rec &notes =
         form.dependent(kNotesText, VEL_TYPE_TEXT, kMainWindow, 50, 90, 340, 110, "");
     notes.text_index = 2;
@@ -178,14 +183,14 @@ std::string write_sample_form(const std::string &directory)
     vel_object_file_rec &picture =
         form.dependent(kMainPicture, VEL_TYPE_PICTURE_FILE, kMainWindow, 300, 215, 48, 32, "");
     set_string(picture.image_path, prefix + kPictureFile);
-    vel_object_file_rec &menu =
-        form.dependent(kMenu, VEL_TYPE_MENU, kMainWindow, 50, 70, 120, 60, "");
+    form.dependent(kMenuTitle, VEL_TYPE_LABEL, 0, 20, 2, 70, 20, "Menu");
+    vel_object_file_rec &menu = form.dependent(kMenu, VEL_TYPE_MENU, 0, 20, 22, 120, 60, "");
     menu.hidden = 1;
     menu.dep_objs[0] = kMenuOpen;
     menu.dep_objs[1] = kMenuQuit;
     set_fill(menu, {250, 250, 230});
-    form.dependent(kMenuOpen, VEL_TYPE_LABEL, kMenu, 52, 72, 116, 26, "Open");
-    form.dependent(kMenuQuit, VEL_TYPE_LABEL, kMenu, 52, 100, 116, 26, "Quit");
+    form.dependent(kMenuOpen, VEL_TYPE_LABEL, kMenu, 22, 24, 116, 26, "Open");
+    form.dependent(kMenuQuit, VEL_TYPE_LABEL, kMenu, 22, 52, 116, 26, "Quit");
 
     form.window(kSettingsWindow, 420, 120, 200, 160, 3, {kAgeField, kSettingsPicture});
     form.at(kSettingsWindow).window_kind = VEL_WINDOW_REDUCED_FRAME;

@@ -8,7 +8,8 @@ namespace velumo::sample {
 
 // Object numbers of the sample form.  Windows 8, 18 and 21; the text area 9
 // holds a label that holds an entry field (three levels below window 8); the
-// chain head 22 flows its stream through members 23 and 24.
+// chain head 22 flows its stream through members 23 and 24; the menu 15
+// opens below its title 25.
 enum Object : unsigned {
     kMainWindow = 8,
     kNotesText = 9,
@@ -27,7 +28,8 @@ enum Object : unsigned {
     kChainHead = 22,
     kChainFirst = 23,
     kChainSecond = 24,
-    kObjectCount = 24,
+    kMenuTitle = 25,
+    kObjectCount = 25,
 };
 
 // Writes the form, its texts and the picture it names into `directory`

@@ -136,6 +136,8 @@ void ScreenTest::SetUp()
     vel_context &c = *ctx_;
     c.screen = SDL_SetVideoMode(kScreenWidth, kScreenHeight, 32, SDL_SWSURFACE);
     ASSERT_NE(c.screen, nullptr) << SDL_GetError();
+    // SDL would paint its software mouse pointer into the pixels tests read.
+    SDL_ShowCursor(SDL_DISABLE);
     c.font = TTF_OpenFont(kFontPath, kFontSize);
     ASSERT_NE(c.font, nullptr) << TTF_GetError();
     c.screen_width = kScreenWidth;
