@@ -21,6 +21,21 @@ extern "C" {
  * are absolute screen pixels.  Diagnostics are plain lines on standard
  * output; functions do not report failure through their results unless
  * their comment says so.
+ *
+ * Robustness: every object number read from the tables or from the context
+ * (master, dep_objs entries, active_window, window_to_activate,
+ * cursor_object, window_stack entries, chain members, file selector rows)
+ * that lies outside the object table counts as 0, "none"; a text_index
+ * outside the text records means "no text".  The sizes of the tables are
+ * kept in their unused record 0 (see vel_object.reserved and
+ * vel_text_rec.reserved), so tables made by anything but vel_start_velumo
+ * or vel_load_form must set them there.  Counts in the context never reach
+ * past their arrays (window_count 100, dir_last 99, object_count the
+ * table).  Walks up master chains stop after as many steps as the table
+ * has records (only a cycle is that long); walks over dependents visit at
+ * most that many entries in all and skip an entry naming an object whose
+ * dependents they are already walking, so cycles and objects listed many
+ * times end quickly.  Pixels outside the display surface are never written.
  * ------------------------------------------------------------------------ */
 
 /* Object type codes (vel_object.type). */
@@ -65,7 +80,9 @@ typedef struct vel_rgb {
 
 /* One text record, in memory exactly as in the text file (1008 bytes). */
 typedef struct vel_text_rec {
-    uint32_t reserved;     /* first word: copied, never interpreted */
+    uint32_t reserved;     /* first word: copied, never interpreted; in the unused
+                              record 0 the loader keeps the number of text
+                              records (text_count + extra_texts + 1) */
     uint32_t cursor_index; /* character index of the text cursor in `text` */
     char text[1000];       /* NUL-terminated; byte 10 ends a paragraph */
 } vel_text_rec;
@@ -130,7 +147,9 @@ typedef struct vel_object {
     uint32_t line_width;         /* widest formatted line; 0 computed on first use */
     uint32_t line_spacing;       /* extra pixels between lines */
     uint32_t number_of_lines;    /* run time: index of the last formatted line */
-    uint32_t reserved;           /* not used */
+    uint32_t reserved;           /* not used; in the unused record 0 the loader
+                                    keeps the number of object records
+                                    (object_count + extra_objs + 1) */
     uint32_t hidden;             /* nonzero: not drawn, not hit */
     uint32_t type;               /* VEL_TYPE_* */
     uint32_t window_kind;        /* VEL_WINDOW_* for windows */
@@ -216,7 +235,23 @@ typedef struct vel_context {
  * record are ignored.  A string without a NUL inside its field is cut at 67
  * characters, a text without a NUL in its 1000 bytes at 999.  One spare line
  * buffer, zeroed, lies behind the block so that the step from a last
- * buffer's line 39 into "line 40" stays inside the allocation. */
+ * buffer's line 39 into "line 40" stays inside the allocation.
+ * Table sizes: objects[0].reserved = object_count + extra_objs + 1 and,
+ * when texts are loaded, text_recs[0].reserved = text_count + extra_texts +
+ * 1 (the line buffers are one more); every range check reads them there.
+ * Malformed records are reported once each, one line per record and field
+ * on standard output, and loading goes on with the guarded value:
+ *   "velumo: object N: master is the object itself, set to 0"
+ *   "velumo: object N: master M is outside the table, set to 0"
+ *   "velumo: object N: dep_objs entry D is outside the table, set to 0"
+ *     (every such entry becomes 0; the first one is named)
+ *   "velumo: object N: text_index T is outside the text records, set to 0"
+ *   "velumo: object N: master chain runs in a cycle" (for each object on it)
+ *   "velumo: object N: dep_objs entry D closes a cycle" (N lies below D)
+ * A master set to 0 makes the object top level, also for the hidden rule.
+ * Cycles are left as they are: the walks stop on them.  A number is outside
+ * the table when it is at least objects[0].reserved, so spare records are
+ * valid targets.  A valid form prints none of these lines. */
 void vel_start_velumo(vel_context *ctx, uint32_t extra_objs, uint32_t extra_texts,
                       const char *form_path, const char *text_path);
 
@@ -321,7 +356,11 @@ void vel_draw_pixel(vel_context *ctx, uint32_t x, uint32_t y, uint8_t r, uint8_t
  * vel_draw_pixel.  A line whose end points are equal, or a slanted line,
  * draws nothing.  The direction follows the signed differences x1 - x2 and
  * y1 - y2; the running coordinate is compared unsigned with the end, and a
- * run falling to 0 stops after drawing 0. */
+ * run falling to 0 stops after drawing 0.  The run is cut to the surface
+ * before any pixel is asked for, so a line reaching far beyond the screen
+ * (an object right of its edge has a wrapped, huge cut width) costs no more
+ * than one across it; on an unsupported depth the messages count only the
+ * pixels on the surface. */
 void vel_draw_line(vel_context *ctx, uint32_t x1, uint32_t y1, uint32_t x2, uint32_t y2, uint8_t r,
                    uint8_t g, uint8_t b);
 
@@ -352,7 +391,9 @@ uint32_t vel_p_cutted_h_independent(vel_context *ctx, uint32_t obj);
  * width - 1 - margin_right, the master's width being its own dependent
  * width when it has a master, else its cut width; when the object's right
  * edge reaches the limit (signed), limit - (x + 1), else its width.
- * obj must have a master. */
+ * obj must have a master.  A master chain longer than the object table (a
+ * cycle) is followed that far and its last master taken as the root; the
+ * height does the same. */
 uint32_t vel_p_cutted_w_dependent(vel_context *ctx, uint32_t obj);
 
 /* Usable height of a dependent, as the width but one level further up: the
@@ -433,7 +474,10 @@ void vel_evoke_borders(vel_context *ctx, uint32_t obj);
  * The steps from line 39 into the slots behind a buffer are not bounded by
  * the formatter: they rely on the spare line buffer vel_start_velumo keeps
  * behind the block, so even the last buffer's line 40 lies inside the
- * allocation.  Line buffers set up by the application need the same spare.
+ * allocation.  Line buffers set up by the application need the same spare,
+ * and the number of text records in text_recs[0].reserved.  An object whose
+ * text_index lies outside the text records is formatted and painted as one
+ * without text; without text tables nothing reads or writes text memory.
  * ======================================================================== */
 
 /* Breaks the text of a window (type 1) or text object (type 3) with a text
@@ -520,7 +564,9 @@ uint32_t vel_format_stream_to_linked_objects(vel_context *ctx, uint32_t master);
  * number_of_lines %d \n \n" with the member variable as the failed move left
  * it (the entry that ended the chain, 0 past the list's end) and the line
  * index stored into that object.  The split path treats line indexes above
- * 39 like 39.  A *chain_position above 99 returns -1 at once. */
+ * 39 like 39.  A *chain_position above 99 returns -1 at once, and so does
+ * a context without text tables; a *text_index outside the text records
+ * is set to 0 first. */
 int32_t vel_copy_word_big(vel_context *ctx, uint32_t master, uint32_t *chain_position,
                           uint32_t *text_index, const char *word, uint32_t *line, uint32_t *column,
                           uint32_t *word_length, uint32_t break_after);
@@ -540,7 +586,8 @@ int32_t vel_go_to_next_chainmember(vel_context *ctx, uint32_t master, uint32_t *
  * of vel_format_object_text.  Clears lines 0..number_of_lines of the old
  * text first.  Expects 1 to 999 characters: a longer text is cut at 999.
  * cursor_index is left alone (see vel_reset_textobject).  With text_index 0
- * the text goes into the unused record 0 and 0 is returned. */
+ * (or one outside the text records) the text goes into the unused record 0
+ * and 0 is returned; without text tables nothing is stored. */
 uint32_t vel_load_window_text(vel_context *ctx, uint32_t obj, const char *text);
 
 /* vel_load_window_text, then vel_format_small_obj of button_a and of
@@ -552,7 +599,9 @@ uint32_t vel_load_window_text_buttons(vel_context *ctx, uint32_t obj, const char
  * cursor_column 0, cursor_x = x + margin_left, cursor_y = y + margin_top.
  * mode 0 (one-line object) also sets text_length to the label's length;
  * mode 1 (text object) sets it to the length of its record's text and that
- * record's cursor_index to 0; other modes leave text_length. */
+ * record's cursor_index to 0 (record 0 for a text_index outside the text
+ * records; text_length 0 without text tables); other modes leave
+ * text_length. */
 void vel_reset_textobject(vel_context *ctx, uint32_t mode, uint32_t obj);
 
 /* Right-aligns obj's label in a field of field_length characters, filling
@@ -632,7 +681,9 @@ uint32_t vel_test_all_objects(vel_context *ctx, uint32_t x, uint32_t y);
  * wins (earlier entries lie on top); its own dependents are tried next.
  * Hidden dependents, those of zero width or height and those with border
  * style 2 or 3 are never hit, and their dependents are not reached
- * through them.  Forms are trees: cycles are not guarded against. */
+ * through them.  An entry naming an object whose dependents are being
+ * tested already (a cycle) is skipped, and the whole test tries at most as
+ * many entries as the table has records. */
 uint32_t vel_test_dep_objs(vel_context *ctx, uint32_t obj, uint32_t x, uint32_t y);
 
 /* 1 when obj.x < x < obj.x + width and obj.y < y < obj.y + height, else 0:
@@ -727,7 +778,8 @@ void vel_get_column_row(vel_context *ctx);
  * 0, unchanged otherwise; last vel_set_operators. */
 void vel_activate_window(vel_context *ctx);
 
-/* Closes window win (0: the active window; nothing when none is active).
+/* Closes window win (0: the active window; nothing when none is active,
+ * nor for a number outside the object table).
  * A hidden or unstacked window is ignored.  Otherwise it leaves the stack
  * (the entries below move up, window_count drops), hidden becomes 1 and
  * its area is erased.  Closing the active window also erases its marks,
@@ -873,7 +925,8 @@ void vel_add_difference_toxy_dep_objs(vel_context *ctx, uint32_t obj, uint32_t d
  * Other events are dropped.  The erased area is not shown: the caller
  * redraws.  The refreshed rectangle starts at the menu's corner, at 0 for
  * a coordinate before the screen and 5 pixels short of the edge for one
- * beyond it, and is cut to the screen.  menu 0 returns 0 at once. */
+ * beyond it, and is cut to the screen.  menu 0, or a number outside the
+ * object table, returns 0 at once. */
 uint32_t vel_move_out_menu(vel_context *ctx, uint32_t menu, uint32_t mode);
 
 /* Makes up to n rows under list's first dependent t (the template): row
@@ -881,7 +934,8 @@ uint32_t vel_move_out_menu(vel_context *ctx, uint32_t menu, uint32_t mode);
  * height, fill and text colours, margin_top and margin_left, master =
  * list, and y = template y + (template height + 3) k.  It stops after the
  * first row numbered above object_count and at dependent entry 99; the
- * rows' records must exist (loaded or spare).  Nothing when list has no
+ * rows' records must exist (loaded or spare): it also stops before a row
+ * outside the object table.  Nothing when list has no
  * dependent. */
 void vel_prepare_fileselector(vel_context *ctx, uint32_t list, uint32_t n);
 
@@ -899,8 +953,8 @@ void vel_read_app_dir(vel_context *ctx);
  * template first: label = the name, hidden 0, width 180, up to dir_last,
  * entry 99 or the first 0 entry.  The list's height becomes rows filled x
  * (first row's height + 3) + 40; the rows left over are hidden with width
- * 0.  Nothing when dir_last is 0.  Order entries beyond the table show an
- * empty name. */
+ * 0.  Nothing when dir_last is 0; a dir_last above 99 counts as 99.  Order
+ * entries beyond the table show an empty name. */
 void vel_load_dir_entries(vel_context *ctx, uint32_t list);
 
 #ifdef __cplusplus

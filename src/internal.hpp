@@ -1,19 +1,102 @@
-// Shared internal helpers: record access, line-buffer addressing, fonts.
-// Every subsystem reaches objects, texts and formatted lines through these.
+// Shared internal helpers: record access, line-buffer addressing, fonts, walks.
+// Every number read from form data or from the context is checked here.
 #pragma once
 
 #include "velumo.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
 namespace velumo::detail {
 
-// The object record of number n; callers pass numbers from the table.
+// ------------------------------------------------------------- the tables
+//
+// The loader records the size of each table in its record 0, which no
+// object or text uses: objects[0].reserved holds the number of object
+// records, text_recs[0].reserved the number of text records.  A number
+// outside a table means "none" (0) wherever it is read.
+
+inline uint32_t object_capacity(const vel_context *ctx)
+{
+    return ctx->objects ? ctx->objects[0].reserved : 0;
+}
+
+// n when it names a record of the object table, else 0.
+inline uint32_t object_number(const vel_context *ctx, uint32_t n)
+{
+    return n < object_capacity(ctx) ? n : 0;
+}
+
+// The object record of number n; a number outside the table gives record 0,
+// the empty record that stands for "none".
 inline vel_object &object(vel_context *ctx, uint32_t n)
 {
-    return ctx->objects[n];
+    return ctx->objects[object_number(ctx, n)];
 }
+
+// The master of an object, 0 for top level (and for a master outside the table).
+inline uint32_t master_of(const vel_context *ctx, const vel_object &o)
+{
+    return object_number(ctx, o.master);
+}
+
+// object_count, never beyond the records the table has.
+inline uint32_t loaded_object_count(const vel_context *ctx)
+{
+    const uint32_t capacity = object_capacity(ctx);
+    return capacity == 0 ? 0 : std::min(ctx->object_count, capacity - 1);
+}
+
+// The number of text records; 0 when the text tables were never made.
+inline uint32_t text_capacity(const vel_context *ctx)
+{
+    return ctx->text_recs && ctx->text_bufs ? ctx->text_recs[0].reserved : 0;
+}
+
+inline bool has_text_tables(const vel_context *ctx)
+{
+    return text_capacity(ctx) != 0;
+}
+
+// t when it names a text record, else 0 ("no text").  Record and buffer 0
+// exist whenever the tables do, so callers may still use 0 where a text
+// number of 0 is meant to reach the unused record.
+inline uint32_t text_number(const vel_context *ctx, uint32_t t)
+{
+    return t < text_capacity(ctx) ? t : 0;
+}
+
+// ---------------------------------------------------- context numbers
+
+inline uint32_t active_window(const vel_context *ctx)
+{
+    return object_number(ctx, ctx->active_window);
+}
+
+inline uint32_t cursor_object(const vel_context *ctx)
+{
+    return object_number(ctx, ctx->cursor_object);
+}
+
+inline uint32_t window_to_activate(const vel_context *ctx)
+{
+    return object_number(ctx, ctx->window_to_activate);
+}
+
+// Entry i (below 100) of the window stack.
+inline uint32_t stacked_window(const vel_context *ctx, uint32_t i)
+{
+    return object_number(ctx, ctx->window_stack[i]);
+}
+
+// window_count, never beyond the stack's 100 entries.
+inline uint32_t stack_count(const vel_context *ctx)
+{
+    return std::min<uint32_t>(ctx->window_count, VEL_WINDOW_STACK_SIZE);
+}
+
+// ---------------------------------------------------------- text memory
 
 // Start of line buffer t: buffers lie back to back, 4000 bytes each.
 inline char *line_buffer(vel_context *ctx, uint32_t text_index)
@@ -22,13 +105,14 @@ inline char *line_buffer(vel_context *ctx, uint32_t text_index)
 }
 
 // Line n of buffer t.  Line 40 of buffer t is line 0 of buffer t + 1; the
-// block keeps one spare buffer behind its last one for that step.
+// block keeps one spare buffer behind its last one for that step.  Callers
+// pass a text number from text_number and need the text tables.
 inline char *line_at(vel_context *ctx, uint32_t text_index, uint32_t line)
 {
     return line_buffer(ctx, text_index) + static_cast<std::size_t>(line) * VEL_LINE_BYTES;
 }
 
-// The text of text record t.
+// The text of text record t (a number from text_number; the tables exist).
 inline char *record_text(vel_context *ctx, uint32_t text_index)
 {
     return ctx->text_recs[text_index].text;
@@ -43,23 +127,97 @@ inline TTF_Font *object_font(vel_context *ctx, const vel_object &o)
     return nullptr;
 }
 
+// ------------------------------------------------------------------ walks
+
+// One walk over dependents, shared by every level of its recursion.  It
+// visits at most as many entries as the table has records, so neither a
+// cycle in the dep_objs lists nor an object listed over and over (a
+// diamond) makes it run long, and it skips an entry that names an object
+// whose dependents it is walking already, so a cycle never deepens the
+// recursion.  A form that is a tree is walked whole.
+class DependentWalk {
+public:
+    explicit DependentWalk(const vel_context *ctx) : visits_left_(object_capacity(ctx)) {}
+    DependentWalk(const DependentWalk &) = delete;
+    DependentWalk &operator=(const DependentWalk &) = delete;
+
+private:
+    struct Level {
+        uint32_t obj;
+        const Level *up;
+    };
+
+    bool on_path(uint32_t n) const
+    {
+        for (const Level *l = path_; l; l = l->up)
+            if (l->obj == n) return true;
+        return false;
+    }
+    bool spend_visit()
+    {
+        if (visits_left_ == 0) return false;
+        --visits_left_;
+        return true;
+    }
+
+    uint32_t visits_left_;
+    const Level *path_ = nullptr;
+
+    template <typename Visit>
+    friend void for_each_dependent(vel_context *ctx, DependentWalk &walk, uint32_t obj,
+                                   Visit visit);
+};
+
 // Calls visit(d) for each dependent d of obj in list order: at most 100
-// entries, ending at the first 0.  visit returns false to stop the walk.
+// entries, ending at the first 0 (or an entry outside the table).  visit
+// returns false to stop this level; it may recurse with the same walk.
+template <typename Visit>
+void for_each_dependent(vel_context *ctx, DependentWalk &walk, uint32_t obj, Visit visit)
+{
+    obj = object_number(ctx, obj);
+    const DependentWalk::Level here{obj, walk.path_};
+    walk.path_ = &here;
+    const uint32_t *dependents = object(ctx, obj).dep_objs;
+    for (int i = 0; i < VEL_MAX_DEPENDENTS; ++i) {
+        const uint32_t d = object_number(ctx, dependents[i]);
+        if (d == 0) break;
+        if (walk.on_path(d)) continue;
+        if (!walk.spend_visit() || !visit(d)) break;
+    }
+    walk.path_ = here.up;
+}
+
+// One level only, with a walk of its own.
 template <typename Visit> void for_each_dependent(vel_context *ctx, uint32_t obj, Visit visit)
 {
-    const uint32_t *dependents = object(ctx, obj).dep_objs;
-    for (int i = 0; i < VEL_MAX_DEPENDENTS && dependents[i] != 0; ++i)
-        if (!visit(dependents[i])) return;
+    DependentWalk walk(ctx);
+    for_each_dependent(ctx, walk, obj, visit);
 }
+
+// ------------------------------------------------------------- geometry
 
 // A top-level window never stands closer to the screen's top left corner
 // than (11, 25): the frame buttons sit 24 pixels above it.  The record is
 // changed.  Comparisons are signed, so a position "left of 0" is clamped too.
-inline void clamp_top_level_window(vel_object &o)
+inline void clamp_top_level_window(const vel_context *ctx, vel_object &o)
 {
-    if (o.type != VEL_TYPE_WINDOW || o.master != 0) return;
+    if (o.type != VEL_TYPE_WINDOW || master_of(ctx, o) != 0) return;
     if (static_cast<int32_t>(o.x) <= 10) o.x = 11;
     if (static_cast<int32_t>(o.y) <= 24) o.y = 25;
+}
+
+// Hands a rectangle to SDL_UpdateRects cut to the display surface: SDL
+// reads the pixels of every rectangle it is given without clipping.
+inline void update_screen_rect(vel_context *ctx, const SDL_Rect &rect)
+{
+    const SDL_Surface *screen = ctx->screen;
+    const int64_t left = std::clamp<int64_t>(rect.x, 0, screen->w);
+    const int64_t top = std::clamp<int64_t>(rect.y, 0, screen->h);
+    const int64_t right = std::clamp<int64_t>(int64_t{rect.x} + rect.w, left, screen->w);
+    const int64_t bottom = std::clamp<int64_t>(int64_t{rect.y} + rect.h, top, screen->h);
+    SDL_Rect cut{static_cast<Sint16>(left), static_cast<Sint16>(top),
+                 static_cast<Uint16>(right - left), static_cast<Uint16>(bottom - top)};
+    SDL_UpdateRects(ctx->screen, 1, &cut);
 }
 
 } // namespace velumo::detail

@@ -11,6 +11,7 @@ namespace {
 using velumo::detail::as_signed;
 using velumo::detail::FormattedLines;
 using velumo::detail::object;
+using velumo::detail::text_number;
 using velumo::detail::TextField;
 
 enum EditKey : uint32_t {
@@ -36,7 +37,10 @@ public:
     void apply(uint32_t key);
 
 private:
-    uint32_t &cursor_index() { return ctx_->text_recs[o_.text_index].cursor_index; }
+    uint32_t &cursor_index()
+    {
+        return ctx_->text_recs[text_number(ctx_, o_.text_index)].cursor_index;
+    }
     bool overwriting() const { return ctx_->insert_mode != 0; }
 
     int32_t measure(uint32_t last_char) const;
@@ -70,7 +74,7 @@ private:
 
 Editor::Editor(vel_context *ctx, uint32_t obj, TextField text, bool multi_line)
     : ctx_(ctx), obj_(obj), o_(object(ctx, obj)), text_(text), multi_line_(multi_line),
-      lines_(ctx, o_.text_index), font_(velumo::detail::object_font(ctx, o_))
+      lines_(ctx, text_number(ctx, o_.text_index)), font_(velumo::detail::object_font(ctx, o_))
 {
     o_.text_length = text_.length();
     if (font_) font_height_ = static_cast<uint32_t>(TTF_FontHeight(font_));
@@ -278,7 +282,8 @@ bool Editor::has_room() const
     const uint32_t column = o_.cursor_column;
     const uint32_t column_limit = o_.max_chars - 1;
     if (multi_line_) {
-        if (o_.cursor_line > last_line || ctx_->text_recs[o_.text_index].cursor_index >= text_limit)
+        if (o_.cursor_line > last_line ||
+            ctx_->text_recs[text_number(ctx_, o_.text_index)].cursor_index >= text_limit)
             return false;
         if (overwriting()) return column <= last_column && column <= column_limit;
         return column < last_column && o_.text_length < text_limit;
@@ -365,18 +370,21 @@ extern "C" {
 void vel_get_text(vel_context *ctx)
 {
     const uint32_t key = ctx->final_key;
-    if (key == 0 || ctx->cursor_object == 0) return;
-    vel_object &o = object(ctx, ctx->cursor_object);
+    const uint32_t target = velumo::detail::cursor_object(ctx);
+    if (key == 0 || target == 0) return;
+    vel_object &o = object(ctx, target);
     switch (o.type) {
     case VEL_TYPE_ENTRY:
     case VEL_TYPE_NUMERIC_ENTRY:
-        Editor(ctx, ctx->cursor_object, TextField(o.label, VEL_STRING_BYTES), false).apply(key);
+        Editor(ctx, target, TextField(o.label, VEL_STRING_BYTES), false).apply(key);
         break;
     case VEL_TYPE_TEXT:
     case VEL_TYPE_WINDOW:
-        if (!ctx->text_recs || !ctx->text_bufs) return;
-        Editor(ctx, ctx->cursor_object,
-               TextField(velumo::detail::record_text(ctx, o.text_index), VEL_TEXT_BYTES), true)
+        if (!velumo::detail::has_text_tables(ctx)) return;
+        Editor(ctx, target,
+               TextField(velumo::detail::record_text(ctx, text_number(ctx, o.text_index)),
+                         VEL_TEXT_BYTES),
+               true)
             .apply(key);
         break;
     default: return;

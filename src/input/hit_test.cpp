@@ -4,6 +4,9 @@
 
 namespace {
 
+using velumo::detail::DependentWalk;
+using velumo::detail::loaded_object_count;
+using velumo::detail::master_of;
 using velumo::detail::object;
 
 // Points arrive unsigned from the events and are compared signed.
@@ -20,6 +23,22 @@ bool hit_testable_dependent(const vel_object &d)
            d.border_style != 3;
 }
 
+// The innermost dependent of obj under the point, or 0.  The first hit in
+// list order wins (earlier entries lie on top); its own dependents are tried
+// next, in the same walk.
+uint32_t test_dependents(vel_context *ctx, DependentWalk &walk, uint32_t obj, uint32_t x,
+                         uint32_t y)
+{
+    uint32_t hit = 0;
+    velumo::detail::for_each_dependent(ctx, walk, obj, [&](uint32_t d) {
+        if (!hit_testable_dependent(object(ctx, d)) || !contains(ctx, d, x, y)) return true;
+        const uint32_t inner = test_dependents(ctx, walk, d, x, y);
+        hit = inner != 0 ? inner : d;
+        return false;
+    });
+    return hit;
+}
+
 // The innermost dependent of n under the point, or n itself.
 uint32_t innermost(vel_context *ctx, uint32_t n, uint32_t x, uint32_t y)
 {
@@ -29,7 +48,7 @@ uint32_t innermost(vel_context *ctx, uint32_t n, uint32_t x, uint32_t y)
 
 uint32_t test_frame_buttons(vel_context *ctx, uint32_t x, uint32_t y)
 {
-    for (uint32_t n = 1; n <= VEL_FRAME_BUTTONS && n <= ctx->object_count; ++n)
+    for (uint32_t n = 1; n <= VEL_FRAME_BUTTONS && n <= loaded_object_count(ctx); ++n)
         if (object(ctx, n).hidden == 0 && contains(ctx, n, x, y)) return n;
     return 0;
 }
@@ -40,7 +59,7 @@ uint32_t test_frame_buttons(vel_context *ctx, uint32_t x, uint32_t y)
 // dependents.
 uint32_t test_background_windows(vel_context *ctx, uint32_t x, uint32_t y)
 {
-    for (uint32_t n = ctx->object_count; n > VEL_FRAME_BUTTONS; --n) {
+    for (uint32_t n = loaded_object_count(ctx); n > VEL_FRAME_BUTTONS; --n) {
         const vel_object &o = object(ctx, n);
         if (o.hidden == 0 && o.type == VEL_TYPE_WINDOW && contains(ctx, n, x, y)) return n;
     }
@@ -50,9 +69,11 @@ uint32_t test_background_windows(vel_context *ctx, uint32_t x, uint32_t y)
 // Free-standing objects are tried upward, the other way round from windows.
 uint32_t test_desktop_objects(vel_context *ctx, uint32_t x, uint32_t y)
 {
-    for (uint32_t n = VEL_FRAME_BUTTONS + 1; n <= ctx->object_count; ++n) {
+    const uint32_t count = loaded_object_count(ctx);
+    for (uint32_t n = VEL_FRAME_BUTTONS + 1; n <= count; ++n) {
         const vel_object &o = object(ctx, n);
-        if (o.hidden == 0 && o.type != VEL_TYPE_WINDOW && o.master == 0 && contains(ctx, n, x, y))
+        if (o.hidden == 0 && o.type != VEL_TYPE_WINDOW && master_of(ctx, o) == 0 &&
+            contains(ctx, n, x, y))
             return innermost(ctx, n, x, y);
     }
     return 0;
@@ -65,7 +86,7 @@ extern "C" {
 uint32_t vel_in_object(vel_context *ctx, uint32_t obj, int32_t x, int32_t y)
 {
     const vel_object &o = object(ctx, obj);
-    if (o.master != 0) {
+    if (master_of(ctx, o) != 0) {
         uint32_t left = 0, right = 0, top = 0, bottom = 0;
         vel_get_borders_for_dep_object(ctx, obj, &left, &right, &top, &bottom);
         const bool visible = static_cast<int32_t>(left) < x && x < static_cast<int32_t>(right) &&
@@ -79,21 +100,16 @@ uint32_t vel_in_object(vel_context *ctx, uint32_t obj, int32_t x, int32_t y)
 
 uint32_t vel_test_dep_objs(vel_context *ctx, uint32_t obj, uint32_t x, uint32_t y)
 {
-    uint32_t hit = 0;
-    // The first hit in list order wins: earlier entries lie on top.
-    velumo::detail::for_each_dependent(ctx, obj, [&](uint32_t d) {
-        if (!hit_testable_dependent(object(ctx, d)) || !contains(ctx, d, x, y)) return true;
-        hit = innermost(ctx, d, x, y);
-        return false;
-    });
-    return hit;
+    DependentWalk walk(ctx);
+    return test_dependents(ctx, walk, obj, x, y);
 }
 
 uint32_t vel_test_all_objects(vel_context *ctx, uint32_t x, uint32_t y)
 {
     if (const uint32_t button = test_frame_buttons(ctx, x, y)) return button;
     // The active window is tried whatever its hidden flag says.
-    if (contains(ctx, ctx->active_window, x, y)) return innermost(ctx, ctx->active_window, x, y);
+    const uint32_t active = velumo::detail::active_window(ctx);
+    if (contains(ctx, active, x, y)) return innermost(ctx, active, x, y);
     if (const uint32_t window = test_background_windows(ctx, x, y)) return window;
     return test_desktop_objects(ctx, x, y);
 }

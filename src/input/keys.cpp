@@ -113,7 +113,8 @@ extern "C" {
 
 void vel_getfirstkeyinformation(vel_context *ctx)
 {
-    if (ctx->cursor_object == 0 || ctx->event.type != SDL_KEYDOWN) return;
+    const uint32_t target = velumo::detail::cursor_object(ctx);
+    if (target == 0 || ctx->event.type != SDL_KEYDOWN) return;
     SDL_keysym &key = ctx->event.key.keysym;
     const auto sym = static_cast<uint32_t>(key.sym);
     const auto mod = static_cast<uint32_t>(key.mod);
@@ -125,7 +126,7 @@ void vel_getfirstkeyinformation(vel_context *ctx)
     }
     // A numeric field takes the digit keys only; the test is on the symbol,
     // so a shifted digit stays printable there.
-    if (velumo::detail::object(ctx, ctx->cursor_object).type == VEL_TYPE_NUMERIC_ENTRY)
+    if (velumo::detail::object(ctx, target).type == VEL_TYPE_NUMERIC_ENTRY)
         ctx->key_printable = is_digit_symbol(sym) ? 1 : 0;
 
     if (code == 0) return;

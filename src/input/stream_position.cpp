@@ -9,7 +9,9 @@
 namespace {
 
 using velumo::detail::FormattedLines;
+using velumo::detail::has_text_tables;
 using velumo::detail::object;
+using velumo::detail::text_number;
 
 struct StreamPosition {
     uint32_t index = 0;
@@ -26,8 +28,9 @@ template <typename Reached>
 std::optional<StreamPosition> walk_text(vel_context *ctx, Reached reached)
 {
     const vel_object &o = object(ctx, ctx->cursor_object);
-    const FormattedLines lines(ctx, o.text_index);
-    const char *text = velumo::detail::record_text(ctx, o.text_index);
+    const uint32_t t = velumo::detail::text_number(ctx, o.text_index);
+    const FormattedLines lines(ctx, t);
+    const char *text = velumo::detail::record_text(ctx, t);
     const uint32_t last_line = std::min(o.number_of_lines, FormattedLines::last_slot);
     StreamPosition at;
     while (at.line <= last_line) {
@@ -44,20 +47,15 @@ std::optional<StreamPosition> walk_text(vel_context *ctx, Reached reached)
     return std::nullopt;
 }
 
-bool has_text_memory(const vel_context *ctx)
-{
-    return ctx->text_recs != nullptr && ctx->text_bufs != nullptr;
-}
-
 } // namespace
 
 extern "C" {
 
 void vel_get_position_in_stream(vel_context *ctx)
 {
-    if (!has_text_memory(ctx)) return;
+    if (!has_text_tables(ctx)) return;
     const vel_object &o = object(ctx, ctx->cursor_object);
-    uint32_t &cursor_index = ctx->text_recs[o.text_index].cursor_index;
+    uint32_t &cursor_index = ctx->text_recs[text_number(ctx, o.text_index)].cursor_index;
     if (o.cursor_line == 0 && o.cursor_column == 0) {
         cursor_index = 0;
         return;
@@ -70,9 +68,9 @@ void vel_get_position_in_stream(vel_context *ctx)
 
 void vel_get_column_row(vel_context *ctx)
 {
-    if (!has_text_memory(ctx)) return;
+    if (!has_text_tables(ctx)) return;
     vel_object &o = object(ctx, ctx->cursor_object);
-    const uint32_t cursor_index = ctx->text_recs[o.text_index].cursor_index;
+    const uint32_t cursor_index = ctx->text_recs[text_number(ctx, o.text_index)].cursor_index;
     if (cursor_index == 0) {
         o.cursor_line = 0;
         o.cursor_column = 0;

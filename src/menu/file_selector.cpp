@@ -82,12 +82,15 @@ extern "C" {
 
 void vel_prepare_fileselector(vel_context *ctx, uint32_t list, uint32_t n)
 {
+    list = object_number(ctx, list);
     vel_object &l = object(ctx, list);
-    const uint32_t t = l.dep_objs[0];
+    const uint32_t t = object_number(ctx, l.dep_objs[0]);
     if (t == 0) return;
-    // At most one row past the loaded objects is made.
+    // At most one row past the loaded objects is made, and only rows whose
+    // records the table has.
     for (uint32_t k = 1; k <= n && k < VEL_MAX_DEPENDENTS; ++k) {
-        if (k > 1 && t + k - 1 > ctx->object_count) break;
+        if (k > 1 && t + k - 1 > loaded_object_count(ctx)) break;
+        if (object_number(ctx, t + k) == 0) break;
         const vel_object &templ = object(ctx, t);
         vel_object &row = object(ctx, t + k);
         l.dep_objs[k] = t + k;
@@ -133,9 +136,11 @@ void vel_read_app_dir(vel_context *ctx)
 void vel_load_dir_entries(vel_context *ctx, uint32_t list)
 {
     if (ctx->dir_last == 0) return;
+    // The listing has 100 entries, whatever dir_last says.
+    const uint32_t last = std::min<uint32_t>(ctx->dir_last, VEL_DIR_ENTRIES - 1);
     uint32_t filled = 0;
-    for_each_dependent(ctx, list, [ctx, &filled](uint32_t r) {
-        if (filled > ctx->dir_last) return false;
+    for_each_dependent(ctx, list, [ctx, &filled, last](uint32_t r) {
+        if (filled > last) return false;
         vel_object &row = object(ctx, r);
         show_name(ctx, row, ctx->dir_order[filled]);
         row.hidden = 0;
@@ -145,8 +150,8 @@ void vel_load_dir_entries(vel_context *ctx, uint32_t list)
     });
 
     vel_object &l = object(ctx, list);
-    if (l.dep_objs[0] != 0)
-        l.height = filled * (object(ctx, l.dep_objs[0]).height + row_gap) + list_extra_height;
+    if (const uint32_t first = object_number(ctx, l.dep_objs[0]); first != 0)
+        l.height = filled * (object(ctx, first).height + row_gap) + list_extra_height;
 
     if (filled >= 1 && filled < VEL_MAX_DEPENDENTS) {
         uint32_t index = 0;

@@ -102,8 +102,7 @@ void paint_and_show(vel_context *ctx, uint32_t menu, uint32_t width, uint32_t he
 {
     vel_evoke_object(ctx, menu);
     vel_draw_dep_objs(ctx, menu);
-    SDL_Rect rect = menu_update_rect(ctx, object(ctx, menu), width, height);
-    SDL_UpdateRects(ctx->screen, 1, &rect);
+    update_screen_rect(ctx, menu_update_rect(ctx, object(ctx, menu), width, height));
 }
 
 bool is_left_release(const SDL_Event &event)
@@ -126,6 +125,7 @@ extern "C" {
 
 uint32_t vel_move_out_menu(vel_context *ctx, uint32_t menu, uint32_t mode)
 {
+    menu = object_number(ctx, menu);
     if (menu == 0) return 0;
     SDL_Event &event = ctx->event;
     event.type = 0;
@@ -148,7 +148,7 @@ uint32_t vel_move_out_menu(vel_context *ctx, uint32_t menu, uint32_t mode)
         int mouse_y = 0;
         SDL_GetMouseState(&mouse_x, &mouse_y);
 
-        if (m.dep_objs[0] != 0) {
+        if (object_number(ctx, m.dep_objs[0]) != 0) {
             const uint32_t under = entry_at(ctx, menu, mouse_x, mouse_y);
             if (under != 0) {
                 entered = true;

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <vector>
 
 static_assert(std::endian::native == std::endian::little,
               "form files are little-endian and are read record by record");
@@ -52,7 +53,44 @@ void copy_string_field(char (&dst)[VEL_STRING_BYTES], const char (&src)[VEL_STRI
                 object_number, field);
 }
 
-void copy_record_into_object(const vel_object_file_rec &r, vel_object &o, uint32_t number)
+// A master outside the table, or the object itself, makes the object top
+// level; the record is reported once.
+uint32_t checked_master(const vel_object_file_rec &r, uint32_t number, uint32_t capacity)
+{
+    if (r.master == number) {
+        std::printf("velumo: object %u: master is the object itself, set to 0\n", number);
+        return 0;
+    }
+    if (r.master >= capacity) {
+        std::printf("velumo: object %u: master %u is outside the table, set to 0\n", number,
+                    r.master);
+        return 0;
+    }
+    return r.master;
+}
+
+// Copies the dependents; entries outside the table become 0, reported once
+// for the record with the first of them.
+void copy_dependents(const vel_object_file_rec &r, vel_object &o, uint32_t number,
+                     uint32_t capacity)
+{
+    if (r.dep_objs[0] == 0) return;
+    bool reported = false;
+    for (int i = 0; i < VEL_MAX_DEPENDENTS; ++i) {
+        const uint32_t d = r.dep_objs[i];
+        if (d == 0) continue;
+        if (d < capacity) {
+            o.dep_objs[i] = d;
+        } else if (!reported) {
+            std::printf("velumo: object %u: dep_objs entry %u is outside the table, set to 0\n",
+                        number, d);
+            reported = true;
+        }
+    }
+}
+
+void copy_record_into_object(const vel_object_file_rec &r, vel_object &o, uint32_t number,
+                             uint32_t capacity)
 {
     o.x = r.x;
     o.y = r.y;
@@ -76,9 +114,10 @@ void copy_record_into_object(const vel_object_file_rec &r, vel_object &o, uint32
     o.centred = r.centred;
     o.line_width = r.line_width;
     o.line_spacing = r.line_spacing;
+    o.master = checked_master(r, number, capacity);
     // Dependents start visible whatever their record says: the scene drawing
     // owns their flag.  Menus keep theirs; empty records never hide.
-    if (r.type != VEL_TYPE_EMPTY && (r.master == 0 || r.type == VEL_TYPE_MENU)) o.hidden = r.hidden;
+    if (r.type != VEL_TYPE_EMPTY && (o.master == 0 || r.type == VEL_TYPE_MENU)) o.hidden = r.hidden;
     o.type = r.type;
     o.window_kind = r.window_kind;
     o.editable = r.editable;
@@ -89,11 +128,7 @@ void copy_record_into_object(const vel_object_file_rec &r, vel_object &o, uint32
     o.border_r = r.border_r;
     o.border_g = r.border_g;
     o.border_b = r.border_b;
-    o.master = r.master;
-    if (r.dep_objs[0] != 0) {
-        for (int i = 0; i < VEL_MAX_DEPENDENTS; ++i)
-            if (r.dep_objs[i] != 0) o.dep_objs[i] = r.dep_objs[i];
-    }
+    copy_dependents(r, o, number, capacity);
     o.scroll_max_x = r.scroll_max_x;
     o.scroll_max_y = r.scroll_max_y;
     copy_string_field(o.image_path, r.image_path, number, "image_path");
@@ -114,15 +149,19 @@ bool load_objects(vel_context *ctx, uint32_t extra_objs, const char *form_path)
 
     ctx->file_recs =
         static_cast<vel_object_file_rec *>(std::calloc(count + 1u, sizeof(vel_object_file_rec)));
-    ctx->objects = static_cast<vel_object *>(
-        std::calloc(static_cast<std::size_t>(extra_objs) + count + 1u, sizeof(vel_object)));
+    const std::size_t records = static_cast<std::size_t>(extra_objs) + count + 1u;
+    ctx->objects = static_cast<vel_object *>(std::calloc(records, sizeof(vel_object)));
+    // Record 0 is never an object: it keeps the table's size for the range
+    // checks (a size beyond 32 bits is recorded as the largest number).
+    const auto capacity = static_cast<uint32_t>(std::min<std::size_t>(records, UINT32_MAX));
+    ctx->objects[0].reserved = capacity;
     // Only whole records are read: bytes short of a record never reach an object.
     std::size_t got =
         std::fread(ctx->file_recs + 1, sizeof(vel_object_file_rec), count, file.get());
     file.reset();
 
     for (uint32_t k = 1; k <= count && k <= got; ++k)
-        copy_record_into_object(ctx->file_recs[k], ctx->objects[k], k);
+        copy_record_into_object(ctx->file_recs[k], ctx->objects[k], k, capacity);
 
     std::free(ctx->file_recs);
     ctx->file_recs = nullptr;
@@ -151,6 +190,8 @@ bool load_texts(vel_context *ctx, uint32_t extra_texts, const char *text_path)
     ctx->text_count = count;
     ctx->text_recs = static_cast<vel_text_rec *>(std::calloc(records, sizeof(vel_text_rec)));
     ctx->text_bufs = static_cast<char *>(std::calloc(records + 1u, VEL_LINE_BUFFER_BYTES));
+    // Record 0 holds no text: it keeps the number of text records.
+    ctx->text_recs[0].reserved = static_cast<uint32_t>(std::min<std::size_t>(records, UINT32_MAX));
     std::size_t got = std::fread(ctx->text_recs + 1, sizeof(vel_text_rec), count, file.get());
 
     for (uint32_t t = 1; t <= count && t <= got; ++t) {
@@ -161,6 +202,82 @@ bool load_texts(vel_context *ctx, uint32_t extra_texts, const char *text_path)
         }
     }
     return true;
+}
+
+// A text_index outside the text records leaves the object without text.
+void check_text_indexes(vel_context *ctx)
+{
+    const uint32_t capacity = velumo::detail::text_capacity(ctx);
+    for (uint32_t k = 1; k <= ctx->object_count; ++k) {
+        uint32_t &t = ctx->objects[k].text_index;
+        if (t == 0 || t < capacity) continue;
+        std::printf("velumo: object %u: text_index %u is outside the text records, set to 0\n", k,
+                    t);
+        t = 0;
+    }
+}
+
+// Reports each object whose master chain comes back to it.  The chains are
+// left as they are: every walk up a chain stops on a cycle.
+void report_master_cycles(const vel_context *ctx)
+{
+    const uint32_t count = ctx->object_count;
+    const vel_object *objects = ctx->objects;
+    // The number of the walk that reached each object first.
+    std::vector<uint32_t> reached_by(count + 1u, 0);
+    for (uint32_t k = 1; k <= count; ++k) {
+        uint32_t n = k;
+        while (n != 0 && n <= count && reached_by[n] == 0) {
+            reached_by[n] = k;
+            n = objects[n].master;
+        }
+        // Spare records are empty: a chain through one ends there.
+        if (n == 0 || n > count || reached_by[n] != k) continue;
+        uint32_t member = n;
+        do {
+            std::printf("velumo: object %u: master chain runs in a cycle\n", member);
+            member = objects[member].master;
+        } while (member != n);
+    }
+}
+
+// Reports each object whose dep_objs list leads back to an object that
+// contains it, depth first as the walks go (up to the first 0 entry).  The
+// lists are left as they are: the walks skip such entries.
+void report_dependent_cycles(const vel_context *ctx)
+{
+    const uint32_t count = ctx->object_count;
+    enum class State : uint8_t { unseen, open, done };
+    std::vector<State> state(count + 1u, State::unseen);
+    std::vector<bool> reported(count + 1u, false);
+    struct Level {
+        uint32_t obj;
+        int next;
+    };
+    std::vector<Level> path;
+    for (uint32_t k = 1; k <= count; ++k) {
+        if (state[k] != State::unseen) continue;
+        state[k] = State::open;
+        path.push_back({k, 0});
+        while (!path.empty()) {
+            Level &level = path.back();
+            const uint32_t *dependents = ctx->objects[level.obj].dep_objs;
+            if (level.next == VEL_MAX_DEPENDENTS || dependents[level.next] == 0) {
+                state[level.obj] = State::done;
+                path.pop_back();
+                continue;
+            }
+            const uint32_t d = dependents[level.next++];
+            if (d > count) continue;
+            if (state[d] == State::open && !reported[level.obj]) {
+                std::printf("velumo: object %u: dep_objs entry %u closes a cycle\n", level.obj, d);
+                reported[level.obj] = true;
+            } else if (state[d] == State::unseen) {
+                state[d] = State::open;
+                path.push_back({d, 0});
+            }
+        }
+    }
 }
 
 } // namespace
@@ -177,6 +294,9 @@ int32_t vel_load_form(vel_context *ctx, uint32_t extra_objs, uint32_t extra_text
         ctx->object_count = 0;
         return -1;
     }
+    check_text_indexes(ctx);
+    report_master_cycles(ctx);
+    report_dependent_cycles(ctx);
     vel_load_object_images(ctx, 1);
     vel_load_object_fonts(ctx, 1);
     if (ctx->frame_mode == 0)
@@ -195,7 +315,8 @@ void vel_start_velumo(vel_context *ctx, uint32_t extra_objs, uint32_t extra_text
 int32_t vel_load_object_images(vel_context *ctx, uint32_t first)
 {
     int32_t result = 0;
-    for (uint32_t k = first == 0 ? 1 : first; k <= ctx->object_count; ++k) {
+    const uint32_t last = velumo::detail::loaded_object_count(ctx);
+    for (uint32_t k = first == 0 ? 1 : first; k <= last; ++k) {
         vel_object &o = ctx->objects[k];
         if (o.type != VEL_TYPE_PICTURE_FILE) continue;
         SDL_Surface *picture = IMG_Load(o.image_path);
@@ -215,7 +336,8 @@ int32_t vel_load_object_images(vel_context *ctx, uint32_t first)
 int32_t vel_load_object_fonts(vel_context *ctx, uint32_t first)
 {
     int32_t result = 0;
-    for (uint32_t k = first == 0 ? 1 : first; k <= ctx->object_count; ++k) {
+    const uint32_t last = velumo::detail::loaded_object_count(ctx);
+    for (uint32_t k = first == 0 ? 1 : first; k <= last; ++k) {
         vel_object &o = ctx->objects[k];
         if (o.font_choice != 1) continue;
         if (o.own_font) TTF_CloseFont(o.own_font);
@@ -240,7 +362,8 @@ void vel_close(vel_context *ctx)
     ctx->screen = nullptr;
 
     if (ctx->objects) {
-        for (uint32_t k = 1; k <= ctx->object_count; ++k) {
+        const uint32_t last = velumo::detail::loaded_object_count(ctx);
+        for (uint32_t k = 1; k <= last; ++k) {
             vel_object &o = ctx->objects[k];
             if (o.font_choice == 1 && o.own_font) {
                 TTF_CloseFont(o.own_font);

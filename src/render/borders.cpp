@@ -43,7 +43,7 @@ std::optional<BorderLines> border_lines(const vel_object &o)
 Limits border_clip(vel_context *ctx, uint32_t obj)
 {
     const vel_object &o = velumo::detail::object(ctx, obj);
-    if (o.master != 0) return velumo::detail::dependent_limits(ctx, obj);
+    if (velumo::detail::master_of(ctx, o) != 0) return velumo::detail::dependent_limits(ctx, obj);
     const SDL_Rect &r = ctx->screen_rect;
     return {r.x, r.x + r.w - 1, r.y, r.y + r.h - 1};
 }

@@ -78,10 +78,11 @@ Limits limits_in_chain(vel_context *ctx, const vel_object &o, uint32_t root)
     const RootCut cut = root_cut(ctx, root);
     Limits limits;
     Limits candidate;
-    uint32_t cur = o.master;
-    for (;;) {
+    uint32_t cur = master_of(ctx, o);
+    // A chain longer than the table runs in a cycle: the walk ends there.
+    for (uint32_t steps = object_capacity(ctx); steps != 0; --steps) {
         const vel_object &c = object(ctx, cur);
-        const uint32_t parent = c.master;
+        const uint32_t parent = master_of(ctx, c);
         const vel_object &p = object(ctx, parent);
         const uint32_t bx = c.x - 1;
         const uint32_t by = c.y - 1;
@@ -129,14 +130,14 @@ Limits dependent_limits(vel_context *ctx, uint32_t obj)
 {
     const vel_object &o = object(ctx, obj);
     const uint32_t root = vel_search_master(ctx, obj);
-    if (o.master == root) return limits_inside_root(ctx, o, root);
+    if (master_of(ctx, o) == root) return limits_inside_root(ctx, o, root);
     return limits_in_chain(ctx, o, root);
 }
 
 Limits text_limits(vel_context *ctx, uint32_t obj)
 {
     const vel_object &o = object(ctx, obj);
-    const bool top_level = o.master == 0;
+    const bool top_level = master_of(ctx, o) == 0;
     const uint32_t outer_right =
         o.x + (top_level ? vel_p_cutted_w_independent(ctx, obj) : o.width) - 1;
     const uint32_t outer_bottom =
@@ -153,9 +154,45 @@ Limits text_limits(vel_context *ctx, uint32_t obj)
 
 } // namespace velumo::detail
 
+using velumo::detail::master_of;
 using velumo::detail::object;
 
 namespace {
+
+// The usable width of a dependent: its master's width is the master's own
+// dependent width up the chain, the top-level cut width at the root.  A
+// chain longer than the table is a cycle; its walk ends after `steps`
+// masters, taking the last one as the root.
+uint32_t dependent_width(vel_context *ctx, uint32_t obj, uint32_t steps)
+{
+    const vel_object &o = object(ctx, obj);
+    const uint32_t master = master_of(ctx, o);
+    const vel_object &m = object(ctx, master);
+    const uint32_t master_width = master_of(ctx, m) != 0 && steps > 1
+                                      ? dependent_width(ctx, master, steps - 1)
+                                      : vel_p_cutted_w_independent(ctx, master);
+    const uint32_t limit = m.x + master_width - 1 - m.margin_right;
+    if (static_cast<int32_t>(o.x + o.width - 1) >= static_cast<int32_t>(limit))
+        return limit - (o.x + 1);
+    return o.width;
+}
+
+// The height looks one level further up than the width: the master's
+// height comes from the master's own master.
+uint32_t dependent_height(vel_context *ctx, uint32_t obj, uint32_t steps)
+{
+    const vel_object &o = object(ctx, obj);
+    const uint32_t master = master_of(ctx, o);
+    const vel_object &m = object(ctx, master);
+    const uint32_t grand_master = master_of(ctx, m);
+    const uint32_t master_height = grand_master != 0 && steps > 1
+                                       ? dependent_height(ctx, grand_master, steps - 1)
+                                       : vel_p_cutted_h_independent(ctx, master);
+    const uint32_t limit = m.y + master_height - 1 - m.margin_bottom;
+    if (static_cast<int32_t>(o.y + o.height - 1) >= static_cast<int32_t>(limit))
+        return limit - (o.y + 1);
+    return o.height;
+}
 
 void store_limits(const velumo::detail::Limits &l, uint32_t *left, uint32_t *right, uint32_t *top,
                   uint32_t *bottom)
@@ -184,43 +221,28 @@ uint32_t vel_p_cutted_h_independent(vel_context *ctx, uint32_t obj)
 
 uint32_t vel_p_cutted_w_dependent(vel_context *ctx, uint32_t obj)
 {
-    const vel_object &o = object(ctx, obj);
-    const vel_object &m = object(ctx, o.master);
-    const uint32_t master_width = m.master != 0 ? vel_p_cutted_w_dependent(ctx, o.master)
-                                                : vel_p_cutted_w_independent(ctx, o.master);
-    const uint32_t limit = m.x + master_width - 1 - m.margin_right;
-    if (static_cast<int32_t>(o.x + o.width - 1) >= static_cast<int32_t>(limit))
-        return limit - (o.x + 1);
-    return o.width;
+    return dependent_width(ctx, obj, velumo::detail::object_capacity(ctx));
 }
 
 uint32_t vel_p_cutted_h_dependent(vel_context *ctx, uint32_t obj)
 {
-    const vel_object &o = object(ctx, obj);
-    const vel_object &m = object(ctx, o.master);
-    // The height looks one level further up than the width: the master's
-    // height comes from the master's own master.
-    const uint32_t master_height = m.master != 0 ? vel_p_cutted_h_dependent(ctx, m.master)
-                                                 : vel_p_cutted_h_independent(ctx, o.master);
-    const uint32_t limit = m.y + master_height - 1 - m.margin_bottom;
-    if (static_cast<int32_t>(o.y + o.height - 1) >= static_cast<int32_t>(limit))
-        return limit - (o.y + 1);
-    return o.height;
+    return dependent_height(ctx, obj, velumo::detail::object_capacity(ctx));
 }
 
 uint32_t vel_search_master(vel_context *ctx, uint32_t obj)
 {
-    if (object(ctx, obj).master == 0) return 0;
+    const auto up = [ctx](uint32_t n) { return master_of(ctx, object(ctx, n)); };
+    if (up(obj) == 0) return 0;
     // Two walkers, one twice as fast: on a cycle in the form data they meet
     // on it and that object counts as the root, so no walk runs forever.
     uint32_t slow = obj;
     uint32_t fast = obj;
     for (;;) {
-        slow = object(ctx, slow).master;
-        if (object(ctx, slow).master == 0) return slow;
+        slow = up(slow);
+        if (up(slow) == 0) return slow;
         for (int step = 0; step < 2; ++step) {
-            fast = object(ctx, fast).master;
-            if (object(ctx, fast).master == 0) return fast;
+            fast = up(fast);
+            if (up(fast) == 0) return fast;
         }
         if (slow == fast) return slow;
     }

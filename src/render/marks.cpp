@@ -10,7 +10,7 @@ enum class Clamp { drawing_outline, drawing_square, erasing };
 
 // Drawing clamps every object with small vertical limits; erasing clamps
 // top-level windows only, the same way painting does.
-void clamp_for(vel_object &o, Clamp clamp)
+void clamp_for(const vel_context *ctx, vel_object &o, Clamp clamp)
 {
     switch (clamp) {
     case Clamp::drawing_outline:
@@ -21,14 +21,15 @@ void clamp_for(vel_object &o, Clamp clamp)
         if (static_cast<int32_t>(o.x) <= 10) o.x = 11;
         if (static_cast<int32_t>(o.y) <= 1) o.y = 2;
         break;
-    case Clamp::erasing: clamp_top_level_window(o); break;
+    case Clamp::erasing: clamp_top_level_window(ctx, o); break;
     }
 }
 
 void outline(vel_context *ctx, uint32_t win, vel_rgb colour, Clamp clamp)
 {
+    win = object_number(ctx, win);
     vel_object &o = object(ctx, win);
-    clamp_for(o, clamp);
+    clamp_for(ctx, o, clamp);
     vel_draw_rectangle(ctx, o.x - 1, o.y - 1, vel_p_cutted_w_independent(ctx, win) + 2,
                        vel_p_cutted_h_independent(ctx, win) + 2, colour.r, colour.g, colour.b);
 }
@@ -36,7 +37,7 @@ void outline(vel_context *ctx, uint32_t win, vel_rgb colour, Clamp clamp)
 void square(vel_context *ctx, uint32_t win, vel_rgb colour, Clamp clamp)
 {
     vel_object &o = object(ctx, win);
-    clamp_for(o, clamp);
+    clamp_for(ctx, o, clamp);
     vel_draw_box(ctx, o.x - 10, o.y - 1, 10, 10, colour.r, colour.g, colour.b);
 }
 

@@ -13,7 +13,9 @@ using velumo::detail::Clip;
 using velumo::detail::clip_run;
 using velumo::detail::ClipCase;
 using velumo::detail::Limits;
+using velumo::detail::master_of;
 using velumo::detail::object;
+using velumo::detail::text_number;
 
 constexpr uint32_t kFrameButtonSize = 16;
 
@@ -79,13 +81,15 @@ void paint_dependent_body(vel_context *ctx, uint32_t obj)
 
 // Whether the object has text to paint: the text record (windows, text
 // areas), the first formatted line (chain members) or the caption.
+// A text_index outside the text records counts as no text.
 bool has_text(vel_context *ctx, const vel_object &o)
 {
     if (is_caption_type(o.type)) return o.label[0] != '\0';
-    if (o.text_index == 0) return false;
+    const uint32_t t = text_number(ctx, o.text_index);
+    if (t == 0) return false;
     if (o.type == VEL_TYPE_WINDOW || o.type == VEL_TYPE_TEXT)
-        return velumo::detail::record_text(ctx, o.text_index)[0] != '\0';
-    if (o.type == VEL_TYPE_CHAIN) return velumo::detail::line_at(ctx, o.text_index, 0)[0] != '\0';
+        return velumo::detail::record_text(ctx, t)[0] != '\0';
+    if (o.type == VEL_TYPE_CHAIN) return velumo::detail::line_at(ctx, t, 0)[0] != '\0';
     return false;
 }
 
@@ -94,7 +98,7 @@ bool has_text(vel_context *ctx, const vel_object &o)
 std::string line_text(vel_context *ctx, const vel_object &o, uint32_t n)
 {
     if (is_caption_type(o.type)) return {o.label, strnlen(o.label, sizeof o.label)};
-    const char *line = velumo::detail::line_at(ctx, o.text_index, n);
+    const char *line = velumo::detail::line_at(ctx, text_number(ctx, o.text_index), n);
     return {line, strnlen(line, VEL_LINE_BYTES)};
 }
 
@@ -114,8 +118,8 @@ void paint_text(vel_context *ctx, uint32_t obj, uint32_t right, uint32_t bottom)
     TTF_Font *font = velumo::detail::object_font(ctx, o);
     if (font == nullptr || !has_text(ctx, o)) return;
 
-    const Limits limits = o.master == 0 ? velumo::detail::inner_limits(o, right, bottom)
-                                        : velumo::detail::text_limits(ctx, obj);
+    const Limits limits = master_of(ctx, o) == 0 ? velumo::detail::inner_limits(o, right, bottom)
+                                                 : velumo::detail::text_limits(ctx, obj);
     const bool centred =
         o.type == VEL_TYPE_WINDOW && o.window_kind == VEL_WINDOW_REDUCED_FRAME && o.centred == 1;
     const uint32_t pitch = static_cast<uint32_t>(TTF_FontHeight(font)) + o.line_spacing;
@@ -170,20 +174,21 @@ void paint_text(vel_context *ctx, uint32_t obj, uint32_t right, uint32_t bottom)
 
 void vel_evoke_object(vel_context *ctx, uint32_t obj)
 {
+    obj = velumo::detail::object_number(ctx, obj);
     vel_object &o = object(ctx, obj);
     uint32_t w = 0;
     uint32_t h = 0;
     if (obj >= 1 && obj <= VEL_FRAME_BUTTONS) {
         w = h = kFrameButtonSize;
-    } else if (o.master == 0) {
+    } else if (master_of(ctx, o) == 0) {
         w = vel_p_cutted_w_independent(ctx, obj);
         h = vel_p_cutted_h_independent(ctx, obj);
     }
-    velumo::detail::clamp_top_level_window(o);
+    velumo::detail::clamp_top_level_window(ctx, o);
 
     uint32_t right = 0;
     uint32_t bottom = 0;
-    if (o.master == 0) {
+    if (master_of(ctx, o) == 0) {
         if (o.type == VEL_TYPE_PICTURE && o.image != nullptr) {
             blit_picture(ctx, o.image, make_rect(0, 0, o.image->w, o.image->h),
                          make_rect(as_signed(o.x), as_signed(o.y), o.image->w, o.image->h));

@@ -2,6 +2,7 @@
 // pixels, axis-parallel lines, filled boxes and outline rectangles.
 #include "velumo.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 
@@ -19,17 +20,27 @@ bool must_lock(const SDL_Surface *surface)
 // Draws the pixels from `from` to `to`, both included, along a row
 // (horizontal) or a column at `fixed`.  The direction is given, not derived
 // from the unsigned values: a falling run whose end lies above its start
-// draws nothing.  A falling run to 0 stops after drawing 0.
+// draws nothing.  A falling run to 0 stops after drawing 0.  The run is first
+// cut to the surface, whose other pixels vel_draw_pixel would drop one by
+// one: a run from an object far beyond the screen's edge stays short.
 void draw_run(vel_context *ctx, uint32_t from, uint32_t to, bool falling, bool horizontal,
               uint32_t fixed, uint8_t r, uint8_t g, uint8_t b)
 {
+    const SDL_Surface *screen = ctx->screen;
+    const auto extent = static_cast<uint32_t>(horizontal ? screen->w : screen->h);
+    const auto across = static_cast<uint32_t>(horizontal ? screen->h : screen->w);
+    if (falling ? from < to : from > to) return;
+    if (fixed >= across || extent == 0) return;
+    uint32_t &far_end = falling ? from : to;
+    if ((falling ? to : from) >= extent) return;
+    far_end = std::min(far_end, extent - 1);
+
     const auto plot = [&](uint32_t v) {
         if (horizontal)
             vel_draw_pixel(ctx, v, fixed, r, g, b);
         else
             vel_draw_pixel(ctx, fixed, v, r, g, b);
     };
-    if (falling ? from < to : from > to) return;
     for (uint32_t v = from;; falling ? --v : ++v) {
         plot(v);
         if (v == to) break;

@@ -34,17 +34,18 @@ bool takes_cursor(const vel_object &o)
 void paint_with_cursor(vel_context *ctx, uint32_t n)
 {
     vel_evoke_object(ctx, n);
-    if (ctx->cursor_object == n && takes_cursor(object(ctx, n))) vel_draw_cursor(ctx, n);
+    if (cursor_object(ctx) == n && takes_cursor(object(ctx, n))) vel_draw_cursor(ctx, n);
 }
 
 void format_all(vel_context *ctx)
 {
-    for (uint32_t k = 1; k <= ctx->object_count; ++k) {
+    const uint32_t count = loaded_object_count(ctx);
+    for (uint32_t k = 1; k <= count; ++k) {
         const vel_object &o = object(ctx, k);
         if (!has_size(o)) continue;
         switch (o.type) {
         case VEL_TYPE_CHAIN:
-            if (o.master == 0) vel_format_stream_to_linked_objects(ctx, k);
+            if (master_of(ctx, o) == 0) vel_format_stream_to_linked_objects(ctx, k);
             break;
         case VEL_TYPE_WINDOW:
         case VEL_TYPE_TEXT: vel_format_object_text(ctx, k); break;
@@ -60,9 +61,10 @@ void format_all(vel_context *ctx)
 // areas are left out on purpose: windows come from the stack.
 void draw_desktop(vel_context *ctx)
 {
-    for (uint32_t k = VEL_FRAME_BUTTONS + 1; k <= ctx->object_count; ++k) {
+    const uint32_t count = loaded_object_count(ctx);
+    for (uint32_t k = VEL_FRAME_BUTTONS + 1; k <= count; ++k) {
         const vel_object &o = object(ctx, k);
-        if (!drawable(o) || o.master != 0) continue;
+        if (!drawable(o) || master_of(ctx, o) != 0) continue;
         if (o.type == VEL_TYPE_EMPTY || o.type == VEL_TYPE_WINDOW || o.type == VEL_TYPE_TEXT)
             continue;
         paint_with_cursor(ctx, k);
@@ -74,11 +76,10 @@ void draw_desktop(vel_context *ctx)
 // and no cursor for windows in the background.
 void draw_background_windows(vel_context *ctx)
 {
-    const uint32_t count = std::min<uint32_t>(ctx->window_count, VEL_WINDOW_STACK_SIZE);
-    for (uint32_t i = count; i-- > 1;) {
-        const uint32_t w = ctx->window_stack[i];
+    for (uint32_t i = stack_count(ctx); i-- > 1;) {
+        const uint32_t w = stacked_window(ctx, i);
         const vel_object &o = object(ctx, w);
-        if (o.type != VEL_TYPE_WINDOW || !drawable(o) || w == ctx->active_window) continue;
+        if (o.type != VEL_TYPE_WINDOW || !drawable(o) || w == active_window(ctx)) continue;
         vel_evoke_object(ctx, w);
         vel_draw_dep_objs(ctx, w);
     }
@@ -86,14 +87,9 @@ void draw_background_windows(vel_context *ctx)
 
 void draw_frame_buttons(vel_context *ctx)
 {
-    const uint32_t last = std::min<uint32_t>(VEL_FRAME_BUTTONS, ctx->object_count);
+    const uint32_t last = std::min<uint32_t>(VEL_FRAME_BUTTONS, loaded_object_count(ctx));
     for (uint32_t k = 1; k <= last; ++k)
         if (object(ctx, k).hidden == 0) vel_evoke_object(ctx, k);
-}
-
-void update_rect(vel_context *ctx, SDL_Rect rect)
-{
-    SDL_UpdateRects(ctx->screen, 1, &rect);
 }
 
 bool overlaps(int32_t low_edge, int32_t high_edge, int32_t low_limit, int32_t high_limit)
@@ -101,6 +97,21 @@ bool overlaps(int32_t low_edge, int32_t high_edge, int32_t low_limit, int32_t hi
     return (low_limit < low_edge && low_edge < high_limit) ||
            (low_limit < high_edge && high_edge < high_limit) ||
            (low_edge <= low_limit && high_edge >= high_limit);
+}
+
+// Paints obj's visible dependents and theirs, in list order, after fitting
+// and hiding them against their masters (vel_switch_dep_object).
+void draw_dependents(vel_context *ctx, DependentWalk &walk, uint32_t obj)
+{
+    if (object(ctx, obj).dep_objs[0] != 0) vel_switch_dep_object(ctx, obj);
+    for_each_dependent(ctx, walk, obj, [ctx, &walk](uint32_t d) {
+        const vel_object &o = object(ctx, d);
+        if (drawable(o)) {
+            paint_with_cursor(ctx, d);
+            if (o.dep_objs[0] != 0) draw_dependents(ctx, walk, d);
+        }
+        return true;
+    });
 }
 
 } // namespace
@@ -113,35 +124,29 @@ uint32_t vel_draw_all_objects(vel_context *ctx, uint32_t format_first, uint32_t 
     draw_desktop(ctx);
     draw_background_windows(ctx);
 
-    const uint32_t active = ctx->active_window;
-    if (active != 0 && ctx->window_stack[0] != 0 && object(ctx, active).hidden == 0) {
+    const uint32_t active = active_window(ctx);
+    if (active != 0 && stacked_window(ctx, 0) != 0 && object(ctx, active).hidden == 0) {
         vel_evoke_object(ctx, active);
         vel_draw_selected_box(ctx, active);
         vel_draw_selected_lines(ctx, active);
-        if (ctx->cursor_object == active && takes_cursor(object(ctx, active)))
+        if (cursor_object(ctx) == active && takes_cursor(object(ctx, active)))
             vel_draw_cursor(ctx, active);
         vel_draw_dep_objs(ctx, active);
     }
     draw_frame_buttons(ctx);
-    if (refresh == 1) update_rect(ctx, ctx->screen_rect);
+    if (refresh == 1) update_screen_rect(ctx, ctx->screen_rect);
     return 1;
 }
 
 void vel_draw_dep_objs(vel_context *ctx, uint32_t obj)
 {
-    if (object(ctx, obj).dep_objs[0] != 0) vel_switch_dep_object(ctx, obj);
-    for_each_dependent(ctx, obj, [ctx](uint32_t d) {
-        const vel_object &o = object(ctx, d);
-        if (drawable(o)) {
-            paint_with_cursor(ctx, d);
-            if (o.dep_objs[0] != 0) vel_draw_dep_objs(ctx, d);
-        }
-        return true;
-    });
+    DependentWalk walk(ctx);
+    draw_dependents(ctx, walk, obj);
 }
 
 void vel_switch_dep_object(vel_context *ctx, uint32_t master)
 {
+    master = object_number(ctx, master);
     const vel_object &m = object(ctx, master);
     for_each_dependent(ctx, master, [ctx, master, &m](uint32_t d) {
         vel_object &o = object(ctx, d);
@@ -170,10 +175,10 @@ void vel_switch_dep_object(vel_context *ctx, uint32_t master)
 
 void vel_draw_selected_window(vel_context *ctx)
 {
-    const uint32_t active = ctx->active_window;
+    const uint32_t active = active_window(ctx);
     if (active != 0) {
         vel_evoke_object(ctx, active);
-        if (ctx->cursor_object == active) vel_draw_cursor(ctx, active);
+        if (cursor_object(ctx) == active) vel_draw_cursor(ctx, active);
         vel_draw_dep_objs(ctx, active);
     }
     draw_frame_buttons(ctx);
@@ -182,7 +187,7 @@ void vel_draw_selected_window(vel_context *ctx)
 void vel_draw_and_screenup_selected_window(vel_context *ctx)
 {
     vel_draw_selected_window(ctx);
-    const uint32_t active = ctx->active_window;
+    const uint32_t active = active_window(ctx);
     const vel_object &o = object(ctx, active);
     // The window's cut rectangle, kept inside the screen for SDL.
     const int64_t x = std::min<int64_t>(o.x, ctx->screen_width);
@@ -191,15 +196,15 @@ void vel_draw_and_screenup_selected_window(vel_context *ctx)
         std::min<int64_t>(vel_p_cutted_w_independent(ctx, active), ctx->screen_width - x);
     const int64_t h =
         std::min<int64_t>(vel_p_cutted_h_independent(ctx, active), ctx->screen_height - y);
-    update_rect(ctx, SDL_Rect{static_cast<Sint16>(x), static_cast<Sint16>(y),
-                              static_cast<Uint16>(std::max<int64_t>(w, 0)),
-                              static_cast<Uint16>(std::max<int64_t>(h, 0))});
+    update_screen_rect(ctx, SDL_Rect{static_cast<Sint16>(x), static_cast<Sint16>(y),
+                                     static_cast<Uint16>(std::max<int64_t>(w, 0)),
+                                     static_cast<Uint16>(std::max<int64_t>(h, 0))});
 }
 
 void vel_undraw_object(vel_context *ctx, uint32_t obj)
 {
     vel_object &o = object(ctx, obj);
-    clamp_top_level_window(o);
+    clamp_top_level_window(ctx, o);
     // The full record size, not the cut one: SDL clips the fill to the screen.
     vel_draw_box(ctx, o.x, o.y, o.width, o.height, ctx->background_colour.r,
                  ctx->background_colour.g, ctx->background_colour.b);

@@ -206,12 +206,13 @@ int32_t vel_go_to_next_chainmember(vel_context *ctx, uint32_t master, uint32_t *
     object(ctx, *member).number_of_lines = *line;
     ++*chain_position;
     if (*chain_position >= VEL_MAX_DEPENDENTS) return 1;
-    // Each variable is overwritten before it is tested.
-    *member = object(ctx, master).dep_objs[*chain_position];
+    // Each variable is overwritten before it is tested.  Numbers outside the
+    // tables count as 0 and end the chain.
+    *member = object_number(ctx, object(ctx, master).dep_objs[*chain_position]);
     if (*member == 0) return 1;
     const vel_object &next = object(ctx, *member);
     if (next.type != VEL_TYPE_CHAIN) return 1;
-    *text_index = next.text_index;
+    *text_index = text_number(ctx, next.text_index);
     if (*text_index == 0) return 1;
     *line = 0;
     *column = 0;
@@ -223,8 +224,9 @@ int32_t vel_copy_word_big(vel_context *ctx, uint32_t master, uint32_t *chain_pos
                           uint32_t *text_index, const char *word, uint32_t *line, uint32_t *column,
                           uint32_t *word_length, uint32_t break_after)
 {
-    if (*chain_position >= VEL_MAX_DEPENDENTS) return -1;
-    uint32_t member = object(ctx, master).dep_objs[*chain_position];
+    if (*chain_position >= VEL_MAX_DEPENDENTS || !has_text_tables(ctx)) return -1;
+    *text_index = text_number(ctx, *text_index);
+    uint32_t member = object_number(ctx, object(ctx, master).dep_objs[*chain_position]);
     vel_object &m = object(ctx, member);
     if (m.line_width == 0) m.line_width = m.width - (m.margin_right + m.margin_left);
 
@@ -256,10 +258,11 @@ uint32_t vel_format_stream_to_linked_objects(vel_context *ctx, uint32_t master)
 {
     const vel_object &head = object(ctx, master);
     if (head.type != VEL_TYPE_CHAIN || head.stream == nullptr) return 0;
-    const uint32_t first = head.dep_objs[0];
+    const uint32_t first = object_number(ctx, head.dep_objs[0]);
     if (first == 0) return 0;
     vel_object &first_member = object(ctx, first);
-    if (first_member.type != VEL_TYPE_CHAIN || first_member.text_index == 0) return 0;
+    const uint32_t first_text = text_number(ctx, first_member.text_index);
+    if (first_member.type != VEL_TYPE_CHAIN || first_text == 0) return 0;
 
     uint32_t left = 0, right = 0, top = 0, bottom = 0;
     vel_get_borders_for_text(ctx, first, &left, &right, &top, &bottom);
@@ -271,7 +274,7 @@ uint32_t vel_format_stream_to_linked_objects(vel_context *ctx, uint32_t master)
     // The members' lines are not cleared: lines behind a member's new count
     // keep what an earlier run left there.
     WalkState s;
-    s.text_index = first_member.text_index;
+    s.text_index = first_text;
     ChainFlow flow(ctx, master, first, s);
     walk_text(ctx, flow, s, head.stream, length);
     return s.line;

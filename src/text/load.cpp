@@ -26,7 +26,9 @@ extern "C" {
 uint32_t vel_load_window_text(vel_context *ctx, uint32_t obj, const char *text)
 {
     const vel_object &o = object(ctx, obj);
-    const uint32_t t = o.text_index;
+    // Without text tables there is no record to fill, not even record 0.
+    if (!has_text_tables(ctx)) return vel_format_object_text(ctx, obj);
+    const uint32_t t = text_number(ctx, o.text_index);
     // Only the lines the previous text used; the formatter clears the rest.
     const uint32_t last_used = std::min(o.number_of_lines, last_reachable_line);
     for (uint32_t n = 0; n <= last_used; ++n)
@@ -55,10 +57,12 @@ void vel_reset_textobject(vel_context *ctx, uint32_t mode, uint32_t obj)
     vel_object &o = object(ctx, obj);
     if (mode == 0) {
         o.text_length = text_length_of(o.label);
-    } else if (mode == 1) {
-        vel_text_rec &record = ctx->text_recs[o.text_index];
+    } else if (mode == 1 && has_text_tables(ctx)) {
+        vel_text_rec &record = ctx->text_recs[text_number(ctx, o.text_index)];
         o.text_length = text_length_of(record.text);
         record.cursor_index = 0;
+    } else if (mode == 1) {
+        o.text_length = 0;
     }
     o.cursor_column = 0;
     o.cursor_line = 0;
@@ -102,9 +106,15 @@ char *vel_read_external_stream(const char *path)
         std::free(buffer);
         return nullptr;
     }
-    buffer[bytes] = '\0';
-    [[maybe_unused]] const ssize_t got = ::read(fd, buffer, bytes);
+    std::size_t got = 0;
+    while (got < bytes) {
+        const ssize_t n = ::read(fd, buffer + got, bytes - got);
+        if (n <= 0) break;
+        got += static_cast<std::size_t>(n);
+    }
     ::close(fd);
+    // A file that shrank meanwhile ends where reading ended.
+    buffer[got] = '\0';
     return buffer;
 }
 

@@ -80,16 +80,45 @@ bool has_size(const vel_object &o)
     return o.width != 0 && o.height != 0;
 }
 
+void initiate_dependent_cursors(vel_context *ctx, DependentWalk &walk, uint32_t obj)
+{
+    for_each_dependent(ctx, walk, obj, [ctx, &walk](uint32_t d) {
+        vel_object &o = object(ctx, d);
+        if (!has_size(o)) return true;
+        // A cursor placed once keeps its position.
+        if (o.editable == 1 && o.type != VEL_TYPE_EMPTY && o.cursor_x == 0 && o.cursor_y == 0)
+            start_cursor(o);
+        initiate_dependent_cursors(ctx, walk, d);
+        return true;
+    });
+}
+
+uint32_t first_cursor_dependent(vel_context *ctx, DependentWalk &walk, uint32_t obj)
+{
+    uint32_t found = 0;
+    for_each_dependent(ctx, walk, obj, [ctx, &walk, &found](uint32_t d) {
+        const vel_object &o = object(ctx, d);
+        if (!has_size(o)) return true;
+        if (o.editable == 1) {
+            found = d;
+        } else if (o.editable == 0 && o.dep_objs[0] != 0) {
+            found = first_cursor_dependent(ctx, walk, d);
+        }
+        return found == 0;
+    });
+    return found;
+}
+
 } // namespace
 
 extern "C" {
 
 void vel_activate_window(vel_context *ctx)
 {
-    const uint32_t win = ctx->window_to_activate;
-    const uint32_t previous = ctx->active_window;
+    const uint32_t win = window_to_activate(ctx);
+    const uint32_t previous = active_window(ctx);
     vel_object &w = object(ctx, win);
-    if (win == 0 || w.type != VEL_TYPE_WINDOW || w.master != 0 || win == previous) return;
+    if (win == 0 || w.type != VEL_TYPE_WINDOW || master_of(ctx, w) != 0 || win == previous) return;
 
     const bool newly_opened = w.hidden == 1;
     if (newly_opened) {
@@ -116,7 +145,8 @@ void vel_activate_window(vel_context *ctx)
 
 void vel_close_win(vel_context *ctx, uint32_t win)
 {
-    if (win == 0) win = ctx->active_window;
+    // A number outside the table closes nothing, not the active window.
+    win = win == 0 ? active_window(ctx) : object_number(ctx, win);
     if (win == 0) return;
     vel_object &w = object(ctx, win);
     if (w.hidden != 0) return;
@@ -127,7 +157,7 @@ void vel_close_win(vel_context *ctx, uint32_t win)
     if (ctx->window_count != 0) --ctx->window_count;
     w.hidden = 1;
     vel_undraw_object(ctx, win);
-    if (win != ctx->active_window) return;
+    if (win != active_window(ctx)) return;
 
     erase_selection_marks(ctx, win);
     for_each_frame_button(ctx, w.window_kind, [ctx](uint32_t k) {
@@ -138,7 +168,7 @@ void vel_close_win(vel_context *ctx, uint32_t win)
     ctx->active_window = 0;
 
     // The window that moved into the closed one's place comes to the front.
-    const uint32_t next = ctx->window_stack[*p];
+    const uint32_t next = stacked_window(ctx, *p);
     if (next != 0) {
         ctx->window_to_activate = next;
         vel_activate_window(ctx);
@@ -147,7 +177,7 @@ void vel_close_win(vel_context *ctx, uint32_t win)
 
 void vel_set_operators(vel_context *ctx)
 {
-    const uint32_t active = ctx->active_window;
+    const uint32_t active = active_window(ctx);
     if (active == 0 || object(ctx, active).hidden != 0) {
         for (uint32_t k = 1; k <= VEL_FRAME_BUTTONS; ++k)
             if (frame_button_exists(ctx, k)) object(ctx, k).hidden = 1;
@@ -172,10 +202,10 @@ void vel_set_operators(vel_context *ctx)
 
 void vel_select_window(vel_context *ctx)
 {
-    const uint32_t target = ctx->window_to_activate;
+    const uint32_t target = window_to_activate(ctx);
     if (target == 0) return;
     const vel_object &o = object(ctx, target);
-    if (o.type == VEL_TYPE_WINDOW && o.master == 0) {
+    if (o.type == VEL_TYPE_WINDOW && master_of(ctx, o) == 0) {
         vel_activate_window(ctx);
         redraw_everything(ctx);
     } else if (shows_editable_text(o.type) && o.editable == 1) {
@@ -213,31 +243,14 @@ void vel_initiate_cursor_win(vel_context *ctx, uint32_t win)
 
 void vel_initiate_cursor_dep_objs(vel_context *ctx, uint32_t obj)
 {
-    for_each_dependent(ctx, obj, [ctx](uint32_t d) {
-        vel_object &o = object(ctx, d);
-        if (!has_size(o)) return true;
-        // A cursor placed once keeps its position.
-        if (o.editable == 1 && o.type != VEL_TYPE_EMPTY && o.cursor_x == 0 && o.cursor_y == 0)
-            start_cursor(o);
-        vel_initiate_cursor_dep_objs(ctx, d);
-        return true;
-    });
+    DependentWalk walk(ctx);
+    initiate_dependent_cursors(ctx, walk, obj);
 }
 
 uint32_t vel_check_cursor_dep_objs(vel_context *ctx, uint32_t obj)
 {
-    uint32_t found = 0;
-    for_each_dependent(ctx, obj, [ctx, &found](uint32_t d) {
-        const vel_object &o = object(ctx, d);
-        if (!has_size(o)) return true;
-        if (o.editable == 1) {
-            found = d;
-        } else if (o.editable == 0 && o.dep_objs[0] != 0) {
-            found = vel_check_cursor_dep_objs(ctx, d);
-        }
-        return found == 0;
-    });
-    return found;
+    DependentWalk walk(ctx);
+    return first_cursor_dependent(ctx, walk, obj);
 }
 
 } // extern "C"

@@ -19,7 +19,7 @@ enum class Side { width, height };
 
 void resize_active_window(vel_context *ctx, Side side, bool grow)
 {
-    const uint32_t active = ctx->active_window;
+    const uint32_t active = active_window(ctx);
     if (active == 0) return;
     erase_selection_marks(ctx, active);
     vel_undraw_object(ctx, active);
@@ -54,7 +54,7 @@ bool may_scroll(const vel_context *ctx, const vel_object &w, Axis axis, bool for
 // also moves right.
 void scroll_active_window(vel_context *ctx, Axis axis, bool forward, int cursor_sign)
 {
-    const uint32_t active = ctx->active_window;
+    const uint32_t active = active_window(ctx);
     if (active == 0) return;
     vel_object &w = object(ctx, active);
     if (!may_scroll(ctx, w, axis, forward)) return;
@@ -79,13 +79,14 @@ void scroll_active_window(vel_context *ctx, Axis axis, bool forward, int cursor_
 bool follows_scroll(vel_context *ctx, const vel_object &o)
 {
     if (o.clip_mode == 0) return true;
-    return o.clip_mode == 1 && object(ctx, o.master).master != 0;
+    return o.clip_mode == 1 && master_of(ctx, object(ctx, master_of(ctx, o))) != 0;
 }
 
-void shift_scrolled_dependents(vel_context *ctx, uint32_t obj, uint32_t vel_object::*position,
-                               uint32_t vel_object::*cursor, uint32_t direction, uint32_t d)
+void shift_scrolled_dependents(vel_context *ctx, DependentWalk &walk, uint32_t obj,
+                               uint32_t vel_object::*position, uint32_t vel_object::*cursor,
+                               uint32_t direction, uint32_t d)
 {
-    for_each_dependent(ctx, obj, [=](uint32_t dep) {
+    for_each_dependent(ctx, walk, obj, [=, &walk](uint32_t dep) {
         vel_object &o = object(ctx, dep);
         if (!follows_scroll(ctx, o)) return true;
         if (direction == 1 || direction == 2) {
@@ -93,7 +94,7 @@ void shift_scrolled_dependents(vel_context *ctx, uint32_t obj, uint32_t vel_obje
             o.*position += shift;
             if (o.editable == 1) o.*cursor += shift;
         }
-        shift_scrolled_dependents(ctx, dep, position, cursor, direction, d);
+        shift_scrolled_dependents(ctx, walk, dep, position, cursor, direction, d);
         return true;
     });
 }
@@ -138,10 +139,10 @@ constexpr uint32_t move_target(uint32_t click, uint32_t nearest)
 enum class CursorShift { typed_editable, any_editable };
 
 // Adds (dx, dy) to every dependent below obj, recursively, with wrap-around.
-void shift_dependents(vel_context *ctx, uint32_t obj, uint32_t dx, uint32_t dy, bool skip_empty,
-                      CursorShift cursor_shift)
+void shift_dependents(vel_context *ctx, DependentWalk &walk, uint32_t obj, uint32_t dx, uint32_t dy,
+                      bool skip_empty, CursorShift cursor_shift)
 {
-    for_each_dependent(ctx, obj, [=](uint32_t dep) {
+    for_each_dependent(ctx, walk, obj, [=, &walk](uint32_t dep) {
         vel_object &o = object(ctx, dep);
         if (skip_empty && (o.width == 0 || o.height == 0)) return true;
         o.x += dx;
@@ -152,7 +153,7 @@ void shift_dependents(vel_context *ctx, uint32_t obj, uint32_t dx, uint32_t dy, 
             o.cursor_x += dx;
             o.cursor_y += dy;
         }
-        shift_dependents(ctx, dep, dx, dy, skip_empty, cursor_shift);
+        shift_dependents(ctx, walk, dep, dx, dy, skip_empty, cursor_shift);
         return true;
     });
 }
@@ -196,7 +197,7 @@ extern "C" {
 
 void vel_exa_left_pressed(vel_context *ctx)
 {
-    const uint32_t active = ctx->active_window;
+    const uint32_t active = active_window(ctx);
     if (active == 0 || object(ctx, active).window_kind != VEL_WINDOW_FULL_FRAME) return;
     if (ctx->frame_mode != resize_mode && ctx->frame_mode != scroll_mode) return;
     for (const PressAction &action : press_actions) {
@@ -221,7 +222,7 @@ void vel_exa_left_released(vel_context *ctx)
 
 void vel_move_window(vel_context *ctx)
 {
-    const uint32_t active = ctx->active_window;
+    const uint32_t active = active_window(ctx);
     if (active == 0) return;
     const SDL_MouseButtonEvent press = wait_for_left_press(ctx);
 
@@ -287,22 +288,26 @@ void vel_scroll_win_right(vel_context *ctx)
 
 void vel_update_x_dependent_obj(vel_context *ctx, uint32_t obj, uint32_t direction, uint32_t d)
 {
-    shift_scrolled_dependents(ctx, obj, &vel_object::x, &vel_object::cursor_x, direction, d);
+    DependentWalk walk(ctx);
+    shift_scrolled_dependents(ctx, walk, obj, &vel_object::x, &vel_object::cursor_x, direction, d);
 }
 
 void vel_update_y_dependent_obj(vel_context *ctx, uint32_t obj, uint32_t direction, uint32_t d)
 {
-    shift_scrolled_dependents(ctx, obj, &vel_object::y, &vel_object::cursor_y, direction, d);
+    DependentWalk walk(ctx);
+    shift_scrolled_dependents(ctx, walk, obj, &vel_object::y, &vel_object::cursor_y, direction, d);
 }
 
 void vel_update_dep_objs_after_move(vel_context *ctx, uint32_t obj, uint32_t dx, uint32_t dy)
 {
-    shift_dependents(ctx, obj, dx, dy, false, CursorShift::typed_editable);
+    DependentWalk walk(ctx);
+    shift_dependents(ctx, walk, obj, dx, dy, false, CursorShift::typed_editable);
 }
 
 void vel_add_difference_toxy_dep_objs(vel_context *ctx, uint32_t obj, uint32_t dx, uint32_t dy)
 {
-    shift_dependents(ctx, obj, dx, dy, true, CursorShift::any_editable);
+    DependentWalk walk(ctx);
+    shift_dependents(ctx, walk, obj, dx, dy, true, CursorShift::any_editable);
 }
 
 } // extern "C"

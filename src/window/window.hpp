@@ -15,7 +15,7 @@ inline constexpr uint32_t close_button = 7;
 // Buttons 1..7 exist only when the form loaded that many records.
 inline bool frame_button_exists(vel_context *ctx, uint32_t button)
 {
-    return button >= 1 && button <= VEL_FRAME_BUTTONS && button <= ctx->object_count;
+    return button >= 1 && button <= VEL_FRAME_BUTTONS && button <= loaded_object_count(ctx);
 }
 
 // The full frame shows all seven buttons, the reduced frame buttons 1 and 7,
