@@ -17,7 +17,7 @@ int32_t split_word(vel_context *ctx, const vel_object &o, const char *word, uint
     uint32_t next = 0;
     while (next < word_length) {
         if (*line > last_line) return -1;
-        char *text = line_at(ctx, o.text_index, *line);
+        char *text = line_at(ctx, text_number(ctx, o.text_index), *line);
         if (*column >= last_column) {
             // A full line goes on in the next one, even below line 39.
             text[last_column] = '\0';
@@ -114,9 +114,16 @@ uint32_t vel_check_line_volume(vel_context *ctx, uint32_t obj, const char *word,
                                uint32_t *column, uint32_t *word_length)
 {
     const vel_object &o = object(ctx, obj);
-    const int64_t line_pixels = text_width(ctx, o, line_at(ctx, o.text_index, *line));
+    // Without text tables the line is measured as empty.
+    const int64_t line_pixels =
+        has_text_tables(ctx)
+            ? text_width(ctx, o, line_at(ctx, text_number(ctx, o.text_index), *line))
+            : 0;
     const int64_t word_pixels = text_width(ctx, o, word);
-    const int64_t free_pixels = static_cast<int64_t>(o.line_width) - line_pixels;
+    // Signed 32-bit: a line_width above 2^31 (margins wider than the object)
+    // leaves no room on any line.
+    const int64_t free_pixels =
+        static_cast<int32_t>(o.line_width - static_cast<uint32_t>(line_pixels));
     // Unsigned on purpose: at column 99 the difference wraps and counts as room.
     const uint32_t free_chars = 98u - *column;
     if (*word_length <= free_chars && word_pixels <= free_pixels) return 1;
@@ -129,21 +136,24 @@ int32_t vel_copy_word_into_line(vel_context *ctx, uint32_t obj, const char *word
 {
     vel_object &o = object(ctx, obj);
     if (o.line_width == 0) o.line_width = o.width - (o.margin_right + o.margin_left);
+    // Without text tables there is no line to place the word in.
+    if (!has_text_tables(ctx)) return 0;
 
+    const uint32_t t = text_number(ctx, o.text_index);
     const uint32_t fit = vel_check_line_volume(ctx, obj, word, line, column, word_length);
     if (fit == 3) return split_word(ctx, o, word, line, column, *word_length);
     if (fit == 2) {
         // No test for line 39: the word then lands in line slot 40.
-        line_at(ctx, o.text_index, *line)[*column] = '\0';
+        line_at(ctx, t, *line)[*column] = '\0';
         ++*line;
         *column = 0;
     }
-    *column = copy_word_at(line_at(ctx, o.text_index, *line), *column, word, *word_length);
+    *column = copy_word_at(line_at(ctx, t, *line), *column, word, *word_length);
     if (break_after == 1 || *column >= last_column) {
-        line_at(ctx, o.text_index, *line)[*column] = '\0';
+        line_at(ctx, t, *line)[*column] = '\0';
         ++*line;
         *column = 0;
-        line_at(ctx, o.text_index, *line)[0] = '\0';
+        line_at(ctx, t, *line)[0] = '\0';
     }
     return 0;
 }
@@ -151,28 +161,30 @@ int32_t vel_copy_word_into_line(vel_context *ctx, uint32_t obj, const char *word
 uint32_t vel_format_object_text(vel_context *ctx, uint32_t obj)
 {
     vel_object &o = object(ctx, obj);
-    if ((o.type != VEL_TYPE_WINDOW && o.type != VEL_TYPE_TEXT) || o.text_index == 0) return 0;
+    // A text_index outside the text records counts as none.
+    const uint32_t t = text_number(ctx, o.text_index);
+    if ((o.type != VEL_TYPE_WINDOW && o.type != VEL_TYPE_TEXT) || t == 0) return 0;
 
     uint32_t left = 0, right = 0, top = 0, bottom = 0;
     vel_get_borders_for_text(ctx, obj, &left, &right, &top, &bottom);
     if (o.line_width == 0) o.line_width = right - left - 1;
 
     // A record without a NUL in its field is read as cut at 999 characters.
-    const char *text = record_text(ctx, o.text_index);
+    const char *text = record_text(ctx, t);
     const auto length = static_cast<uint32_t>(strnlen(text, VEL_TEXT_BYTES - 1));
     for (uint32_t n = 0; n <= last_line; ++n)
-        line_at(ctx, o.text_index, n)[0] = '\0';
+        line_at(ctx, t, n)[0] = '\0';
     // An emptied text leaves number_of_lines as it was.
     if (length == 0) return 0;
 
     WalkState s;
-    s.text_index = o.text_index;
+    s.text_index = t;
     ObjectFormatter formatter(ctx, obj, s);
     walk_text(ctx, formatter, s, text, length);
 
     o.number_of_lines = s.line;
     for (uint32_t n = s.line + 1; n <= last_line; ++n)
-        line_at(ctx, o.text_index, n)[0] = '\0';
+        line_at(ctx, t, n)[0] = '\0';
     return s.line;
 }
 

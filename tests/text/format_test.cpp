@@ -195,6 +195,12 @@ TEST_F(Format, FittingTest)
     EXPECT_EQ(fit("abcde"), 1u);
     col = 0;
     EXPECT_EQ(fit(std::string(99, 'i').c_str()), 3u);
+
+    // Margins wider than the object leave a "negative" line width: the free
+    // width is negative in 32 bits, so no word fits on the current line.
+    object(kTextObject).line_width = static_cast<uint32_t>(-10);
+    line_ptr(1, 0)[0] = '\0';
+    EXPECT_EQ(fit("ab"), 2u);
 }
 
 TEST_F(Format, ObjectWithoutAFontMeasuresNothing)
