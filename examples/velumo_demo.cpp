@@ -99,11 +99,12 @@ void type_and_confirm(vel_context &ctx, const char *text)
 void tour(vel_context &ctx)
 {
     select(ctx, kMainWindow);
-    std::printf("opened window %u; frame buttons above it, cursor in object %u\n", ctx.active_window,
-                ctx.cursor_object);
+    std::printf("opened window %u; frame buttons above it, cursor in object %u\n",
+                ctx.active_window, ctx.cursor_object);
 
     select(ctx, kNameField);
-    for (int i = 0; i < 4; ++i) push_key(SDLK_RIGHT);
+    for (int i = 0; i < 4; ++i)
+        push_key(SDLK_RIGHT);
     type_and_confirm(ctx, " Ada");
     std::printf("typed into the name field: \"%s\"\n", ctx.objects[kNameField].label);
 
@@ -111,7 +112,8 @@ void tour(vel_context &ctx)
     select(ctx, kThirdWindow);
     select(ctx, kMainWindow);
     std::printf("window stack, front first:");
-    for (uint32_t i = 0; i < ctx.window_count; ++i) std::printf(" %u", ctx.window_stack[i]);
+    for (uint32_t i = 0; i < ctx.window_count; ++i)
+        std::printf(" %u", ctx.window_stack[i]);
     std::printf("\n");
 
     SDL_WarpMouse(40, 10);
