@@ -3,6 +3,7 @@
 #include "internal.hpp"
 
 #include <array>
+#include <cstring>
 
 namespace {
 
@@ -116,8 +117,13 @@ void vel_getfirstkeyinformation(vel_context *ctx)
     const uint32_t target = velumo::detail::cursor_object(ctx);
     if (target == 0 || ctx->event.type != SDL_KEYDOWN) return;
     SDL_keysym &key = ctx->event.key.keysym;
-    const auto sym = static_cast<uint32_t>(key.sym);
-    const auto mod = static_cast<uint32_t>(key.mod);
+    // Read as plain numbers: an application may push any value, and loading
+    // one outside the enumerations' ranges as the enum itself is undefined.
+    uint32_t sym = 0;
+    uint32_t mod = 0;
+    static_assert(sizeof key.sym == sizeof sym && sizeof key.mod == sizeof mod);
+    std::memcpy(&sym, &key.sym, sizeof sym);
+    std::memcpy(&mod, &key.mod, sizeof mod);
 
     uint32_t code = 0;
     if (sym < key_table.size() && key_table[sym].present) {
