@@ -26,10 +26,14 @@ extern "C" {
  * (master, dep_objs entries, active_window, window_to_activate,
  * cursor_object, window_stack entries, chain members, file selector rows)
  * that lies outside the object table counts as 0, "none"; a text_index
- * outside the text records means "no text".  The sizes of the tables are
- * kept in their unused record 0 (see vel_object.reserved and
- * vel_text_rec.reserved), so tables made by anything but vel_start_velumo
- * or vel_load_form must set them there.  Counts in the context never reach
+ * outside the text records means "no text".  The loader keeps the sizes of
+ * its tables, spare records included, in their unused record 0 (see
+ * vel_object.reserved and vel_text_rec.reserved).  A table that the
+ * application allocates itself may leave record 0 zeroed: it then counts as
+ * object_count + 1 object records (objects 1..object_count) and text_count +
+ * 1 text records; give such text tables text_count + 2 line buffers, the
+ * last one zeroed, as the loader does (formatting may step from line 39 of
+ * the last buffer into the next).  Counts in the context never reach
  * past their arrays (window_count 100, dir_last 99, object_count the
  * table).  Walks up master chains stop after as many steps as the table
  * has records (only a cycle is that long); walks over dependents visit at
@@ -637,6 +641,15 @@ void vel_draw_selected_box(vel_context *ctx, uint32_t win);
 void vel_undraw_selected_lines(vel_context *ctx, uint32_t win);
 void vel_undraw_selected_box(vel_context *ctx, uint32_t win);
 
+/* Draws the text cursor of obj: a vertical line one font height tall (the
+ * own font's for font_choice 1, else the context font's) at (cursor_x,
+ * cursor_y), in the text colour, clipped to the text limits L, R, T, B of
+ * vel_get_borders_for_text.  Writes nothing; no lock, no refresh.  Nothing
+ * is drawn unless L < cursor_x < R.  Deliberate oddities: the top is
+ * compared with T and B unsigned and the bottom signed, so with T = -1
+ * every cursor counts as cut at the top and starts at row 0; a cursor cut
+ * on both sides always runs from T + 1 to B - 1, upward when the limits
+ * cross; a visible part of one pixel is not shown. */
 void vel_draw_cursor(vel_context *ctx, uint32_t obj);
 
 /* ========================================================================

@@ -14,12 +14,21 @@ namespace velumo::detail {
 //
 // The loader records the size of each table in its record 0, which no
 // object or text uses: objects[0].reserved holds the number of object
-// records, text_recs[0].reserved the number of text records.  A number
+// records, text_recs[0].reserved the number of text records.  A table that
+// the application made itself leaves record 0 zeroed; it then holds the
+// counted records and record 0: object_count + 1, text_count + 1.  A number
 // outside a table means "none" (0) wherever it is read.
+
+// The size recorded in record 0, or count + 1 when none is recorded.
+constexpr uint32_t table_size(uint32_t recorded, uint32_t count)
+{
+    if (recorded != 0) return recorded;
+    return count == UINT32_MAX ? count : count + 1;
+}
 
 inline uint32_t object_capacity(const vel_context *ctx)
 {
-    return ctx->objects ? ctx->objects[0].reserved : 0;
+    return ctx->objects ? table_size(ctx->objects[0].reserved, ctx->object_count) : 0;
 }
 
 // n when it names a record of the object table, else 0.
@@ -51,7 +60,9 @@ inline uint32_t loaded_object_count(const vel_context *ctx)
 // The number of text records; 0 when the text tables were never made.
 inline uint32_t text_capacity(const vel_context *ctx)
 {
-    return ctx->text_recs && ctx->text_bufs ? ctx->text_recs[0].reserved : 0;
+    return ctx->text_recs && ctx->text_bufs
+               ? table_size(ctx->text_recs[0].reserved, ctx->text_count)
+               : 0;
 }
 
 inline bool has_text_tables(const vel_context *ctx)

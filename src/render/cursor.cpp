@@ -1,6 +1,5 @@
 // The text cursor: a one-pixel vertical line of one font height at the
 // object's cursor position, in its text colour, clipped to its text area.
-#include "clip.hpp"
 #include "internal.hpp"
 
 namespace {
@@ -20,24 +19,36 @@ int32_t cursor_height(vel_context *ctx, const vel_object &o)
 
 extern "C" {
 
+// The cursor's own clip, not the painting one: its top is compared with the
+// limits unsigned and its bottom signed, so a top limit of -1 counts every
+// cursor as cut at the top.  A cursor cut on both sides always runs from
+// T + 1 to B - 1, downward or, when the limits cross, upward.
 void vel_draw_cursor(vel_context *ctx, uint32_t obj)
 {
     const vel_object &o = object(ctx, obj);
     const int32_t height = cursor_height(ctx, o);
-    uint32_t left = 0, right = 0, top = 0, bottom = 0;
-    vel_get_borders_for_text(ctx, obj, &left, &right, &top, &bottom);
+    uint32_t left = 0, right = 0, top_limit = 0, bottom_limit = 0;
+    vel_get_borders_for_text(ctx, obj, &left, &right, &top_limit, &bottom_limit);
 
     const uint32_t column = o.cursor_x;
     if (!(left < column && column < right) || height <= 0) return;
-    const int32_t cursor_top = static_cast<int32_t>(o.cursor_y);
-    const Clip rows = clip_run(cursor_top, cursor_top + height - 1, static_cast<uint32_t>(height),
-                               static_cast<int32_t>(top), static_cast<int32_t>(bottom));
-    if (!rows.matched() || rows.length == 0) return;
-    // Drawn downward; a visible part of one pixel is an empty line and shows nothing.
-    const uint32_t first = static_cast<uint32_t>(rows.dest);
-    vel_draw_line(ctx, column, first, column, first + rows.length - 1,
-                  static_cast<uint8_t>(o.text_r), static_cast<uint8_t>(o.text_g),
-                  static_cast<uint8_t>(o.text_b));
+    const uint32_t top = o.cursor_y;
+    const int32_t bottom = static_cast<int32_t>(top) + height - 1;
+    const bool top_inside = top > top_limit;
+    const bool bottom_inside = bottom < static_cast<int32_t>(bottom_limit);
+
+    uint32_t first = top;
+    uint32_t last = static_cast<uint32_t>(bottom);
+    if (!top_inside) {
+        if (bottom_inside && bottom <= static_cast<int32_t>(top_limit)) return;
+        first = top_limit + 1;
+    }
+    if (!bottom_inside) {
+        if (top_inside && top >= bottom_limit) return;
+        last = bottom_limit - 1;
+    }
+    vel_draw_line(ctx, column, first, column, last, static_cast<uint8_t>(o.text_r),
+                  static_cast<uint8_t>(o.text_g), static_cast<uint8_t>(o.text_b));
 }
 
 } // extern "C"

@@ -151,6 +151,9 @@ public:
         if (last_placement_ == -1) s_.finished = true;
     }
 
+    // Past line 39, reached only by a line feed on line 39, a space is dropped.
+    bool drops_space() const { return s_.line > last_line; }
+
     void space_past_last_line()
     {
         if (!move_on()) return;

@@ -80,6 +80,7 @@ public:
         }
     }
 
+    bool drops_space() const { return false; }
     void space_past_last_line() { s_.finished = true; }
     int32_t place_full_word() { return place_word(); }
 

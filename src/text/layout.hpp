@@ -94,6 +94,7 @@ bool append_space(vel_context *ctx, const vel_object &measured_by, WalkState &s)
 //   void end_of_text();
 //   void line_feed();
 //   void word_before_space();             a space ends a non-empty word
+//   bool drops_space() const;             a space here is not kept at all
 //   void space_past_last_line();
 //   int32_t place_full_word();            70 characters held, a 71st comes
 //   void line_full();                     the column reached the end of the line
@@ -111,7 +112,8 @@ void walk_text(vel_context *ctx, Flow &flow, WalkState &s, const char *text, uin
             s.in_spaces = true;
             if (!s.word.empty()) flow.word_before_space();
         }
-        if (ch == ' ' && append_space(ctx, flow.measured_by(), s)) flow.space_past_last_line();
+        if (ch == ' ' && !flow.drops_space() && append_space(ctx, flow.measured_by(), s))
+            flow.space_past_last_line();
         if (is_word_char(ch)) {
             s.in_spaces = false;
             const char translated = translate_umlaut(ctx, ch);

@@ -2,6 +2,7 @@
 // the tables reported once and set to none, cycles reported and kept.
 #include "velumo_test.hpp"
 
+#include <cstdlib>
 #include <string>
 
 namespace velumo::test {
@@ -99,6 +100,42 @@ TEST_F(Loading, CyclesAreReportedAndLeftForTheWalks)
     EXPECT_EQ(object(10).master, 8u);
     EXPECT_EQ(object(12).dep_objs[0], 11u);
     EXPECT_EQ(object(13).dep_objs[0], 13u);
+}
+
+// A table the application allocates itself has no size in record 0: its
+// objects 1..object_count count, and keys, hits and drawing reach them.
+TEST_F(Loading, ATableMadeWithoutTheLoaderCountsObjectCountRecords)
+{
+    constexpr uint32_t kWindow = 9, kField = 8, kCount = 10;
+    auto *objects = static_cast<vel_object *>(std::calloc(kCount + 1, sizeof(vel_object)));
+    ASSERT_NE(objects, nullptr);
+    vel_object &window = objects[kWindow];
+    window.type = VEL_TYPE_WINDOW;
+    window.x = 100, window.y = 100, window.width = 200, window.height = 150;
+    window.fill_g = 200;
+    window.dep_objs[0] = kField;
+    vel_object &field = objects[kField];
+    field.type = VEL_TYPE_ENTRY;
+    field.editable = 1;
+    field.master = kWindow;
+    field.x = 120, field.y = 120, field.width = 100, field.height = 30;
+    field.fill_b = 200;
+    ctx().objects = objects;
+    ctx().object_count = kCount;
+    ctx().cursor_object = kField;
+    ctx().active_window = kWindow;
+    ctx().window_stack[0] = kWindow;
+    ctx().window_count = 1;
+
+    ctx().event.type = SDL_KEYDOWN;
+    ctx().event.key.keysym.sym = SDLK_a;
+    vel_getfirstkeyinformation(&ctx());
+    EXPECT_EQ(ctx().key_code, uint32_t{'a'});
+    EXPECT_EQ(vel_test_all_objects(&ctx(), 150, 130), kField);
+    EXPECT_EQ(vel_test_all_objects(&ctx(), 250, 200), kWindow);
+    vel_draw_all_objects(&ctx(), 0, 0);
+    EXPECT_EQ(at(250, 200), (vel_rgb{0, 200, 0}));
+    EXPECT_EQ(at(150, 140), (vel_rgb{0, 0, 200}));
 }
 
 } // namespace

@@ -326,24 +326,38 @@ protected:
     int height_ = 0;
 };
 
-TEST_F(Cursor, InsideCoversOneFontHeight)
+// Placements against the text limits (top 90, bottom 300 unless changed);
+// the rows are given relative to the font height where the bottom is the
+// cursor's own.
+TEST_F(Cursor, ClipsAgainstTheTextLimits)
 {
-    vel_draw_cursor(&ctx(), 8);
-    EXPECT_EQ(cursor_rows(), range(100, 100 + height_ - 1));
-}
-
-TEST_F(Cursor, CutAtTheTopStartsBelowTheLimit)
-{
-    object(8).margin_top = 15; // top limit 105
-    vel_draw_cursor(&ctx(), 8);
-    EXPECT_EQ(cursor_rows(), range(106, 100 + height_ - 1));
-}
-
-TEST_F(Cursor, CutAtTheBottomEndsAboveTheLimit)
-{
-    object(8).margin_bottom = 190; // bottom limit 110
-    vel_draw_cursor(&ctx(), 8);
-    EXPECT_EQ(cursor_rows(), range(100, 109));
+    struct Case {
+        const char *name;
+        uint32_t y, margin_top, margin_bottom, cursor_y;
+        int first, last; // rows painted; `last` below 0 counts from the cursor's bottom
+    };
+    const Case cases[] = {
+        {"inside", 91, 0, 0, 100, 100, -1},
+        {"cut at the top", 91, 15, 0, 100, 106, -1},
+        {"cut at the bottom", 91, 0, 190, 100, 100, 109},
+        {"cut on both sides", 91, 15, 190, 100, 106, 109},
+        // top limit -1: no top lies below it unsigned, so the cursor starts at row 0
+        {"top limit -1", 0, 0, 0, 5, 0, -1},
+        // limits 250 and 245 cross: the run goes up from 251 to 244
+        {"crossing limits", 91, 160, 55, 240, 244, 251},
+        {"one pixel between the limits", 91, 15, 193, 100, 0, 0},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        fill_screen(kBackground);
+        object(8).y = c.y;
+        object(8).margin_top = c.margin_top;
+        object(8).margin_bottom = c.margin_bottom;
+        object(8).cursor_y = c.cursor_y;
+        vel_draw_cursor(&ctx(), 8);
+        const int last = c.last < 0 ? int(c.cursor_y) + height_ + c.last : c.last;
+        EXPECT_EQ(cursor_rows(), c.first == 0 && c.last == 0 ? range(1, 0) : range(c.first, last));
+    }
 }
 
 TEST_F(Cursor, ColumnOnALimitOrOwnFontHeight)

@@ -251,6 +251,16 @@ TEST_F(Chain, LineFeedsGoOnBehindLine39UpToTheSpareBuffer)
     EXPECT_EQ(member_object(0).number_of_lines, 79u);
 }
 
+TEST_F(Chain, ASpaceBehindLine39IsDropped)
+{
+    make_chain(2, kWide);
+    std::string stream;
+    for (int k = 0; k < 39; ++k)
+        stream += "a\n";
+    EXPECT_EQ(flow(stream + "\n b"), 40u);
+    EXPECT_EQ(line(member_text(0) + 1, 0), "b") << "line slot 40 of the first member";
+}
+
 TEST_F(Chain, MovingToTheNextMember)
 {
     make_chain(2, kWide);
