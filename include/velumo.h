@@ -39,7 +39,11 @@ extern "C" {
  * has records (only a cycle is that long); walks over dependents visit at
  * most that many entries in all and skip an entry naming an object whose
  * dependents they are already walking, so cycles and objects listed many
- * times end quickly.  Pixels outside the display surface are never written.
+ * times end quickly.  Walks over dependents (drawing, hit testing, moving,
+ * scrolling, cursor search) descend at most VEL_MAX_NESTING levels below
+ * the object they start from: dependents nested deeper are left out, so
+ * no tree overflows the stack.  Walks up master chains take no stack.
+ * Pixels outside the display surface are never written.
  * ------------------------------------------------------------------------ */
 
 /* Object type codes (vel_object.type). */
@@ -74,6 +78,7 @@ enum {
     VEL_DIR_ENTRIES = 100,        /* entries of the file selector's listing */
     VEL_DIR_NAME_BYTES = 65,      /* one directory name, NUL included */
     VEL_FRAME_BUTTONS = 7,        /* objects 1..7 are the frame buttons */
+    VEL_MAX_NESTING = 1000,       /* levels of dependents that the walks descend */
     VEL_APP_FIELDS = 16           /* uint32_t words in each application space */
 };
 
@@ -231,8 +236,9 @@ typedef struct vel_context {
  * zeroed, behind the loaded ones.  A form file that cannot be opened with
  * mode "r+b" prints "Can't open file." and ends the process with status 0;
  * a needed text file that cannot be opened prints "Can't open file !" and a
- * blank line and ends the process with status 0.  Use vel_load_form to get
- * an error result instead.
+ * blank line and ends the process with status 0; a table that cannot be
+ * allocated ends it with status 1.  Use vel_load_form to get an error
+ * result instead.
  * Loading rules: record k of the form file becomes object k + 1; `hidden`
  * is taken only for nonzero types that are top level or menus; dep_objs
  * only when the first entry is nonzero; trailing bytes short of a whole
@@ -259,9 +265,16 @@ typedef struct vel_context {
 void vel_start_velumo(vel_context *ctx, uint32_t extra_objs, uint32_t extra_texts,
                       const char *form_path, const char *text_path);
 
-/* vel_start_velumo without ending the process: returns 1 when loaded,
- * -1 when a needed file could not be opened (after printing the same
- * message).  On -1 nothing is left allocated. */
+/* vel_start_velumo for tools and careful applications: the same loading,
+ * but the files are opened read-only (a form installed system-wide loads
+ * for every user), and nothing ends the process.  Returns 1 when loaded,
+ * -1 when a needed file could not be opened (after printing the same quoted
+ * message) or a table could not be allocated.  On -1 nothing is left
+ * allocated.  Both entry points also write to standard error: one line
+ * naming a file that cannot be opened and the reason ("velumo: cannot open
+ * form file 'PATH': No such file or directory"), one when memory runs out,
+ * and a warning for a form or text file that holds no whole record or ends
+ * in bytes that are no whole record. */
 int32_t vel_load_form(vel_context *ctx, uint32_t extra_objs, uint32_t extra_texts,
                       const char *form_path, const char *text_path);
 
@@ -622,7 +635,8 @@ uint32_t vel_fill_form_with_dummies(vel_context *ctx, const char *string, uint32
  * to take its size, so a file that may not be written gives null, as does a
  * missing one.  The buffer holds the file's bytes and one NUL behind them,
  * so it is always a terminated string (cut at the file's first NUL, if it
- * has one); an empty file gives an empty string. */
+ * has one); an empty file gives an empty string.  A buffer that cannot be
+ * allocated gives null and a line on standard error. */
 char *vel_read_external_stream(const char *path);
 
 /* ========================================================================

@@ -145,7 +145,8 @@ inline TTF_Font *object_font(vel_context *ctx, const vel_object &o)
 // cycle in the dep_objs lists nor an object listed over and over (a
 // diamond) makes it run long, and it skips an entry that names an object
 // whose dependents it is walking already, so a cycle never deepens the
-// recursion.  A form that is a tree is walked whole.
+// recursion.  It goes at most VEL_MAX_NESTING levels deep, so the stack
+// holds any tree; a form that is a tree of that depth is walked whole.
 class DependentWalk {
 public:
     explicit DependentWalk(const vel_context *ctx) : visits_left_(object_capacity(ctx)) {}
@@ -172,6 +173,7 @@ private:
     }
 
     uint32_t visits_left_;
+    uint32_t depth_ = 0;
     const Level *path_ = nullptr;
 
     template <typename Visit>
@@ -185,9 +187,11 @@ private:
 template <typename Visit>
 void for_each_dependent(vel_context *ctx, DependentWalk &walk, uint32_t obj, Visit visit)
 {
+    if (walk.depth_ == VEL_MAX_NESTING) return;
     obj = object_number(ctx, obj);
     const DependentWalk::Level here{obj, walk.path_};
     walk.path_ = &here;
+    ++walk.depth_;
     const uint32_t *dependents = object(ctx, obj).dep_objs;
     for (int i = 0; i < VEL_MAX_DEPENDENTS; ++i) {
         const uint32_t d = object_number(ctx, dependents[i]);
@@ -195,6 +199,7 @@ void for_each_dependent(vel_context *ctx, DependentWalk &walk, uint32_t obj, Vis
         if (walk.on_path(d)) continue;
         if (!walk.spend_visit() || !visit(d)) break;
     }
+    --walk.depth_;
     walk.path_ = here.up;
 }
 

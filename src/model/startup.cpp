@@ -5,6 +5,7 @@
 #include <SDL_image.h>
 
 #include <bit>
+#include <cerrno>
 #include <cstdio>
 #include <cstddef>
 #include <cstdlib>
@@ -22,11 +23,21 @@ struct FileCloser {
 };
 using File = std::unique_ptr<std::FILE, FileCloser>;
 
-// Form and text files are opened for reading and writing, so a file that
-// may not be written counts as missing.
-File open_read_write(const char *path)
+// vel_start_velumo opens the files for reading and writing, so a file that
+// may not be written counts as missing there; vel_load_form only reads, so
+// forms installed read-only load.
+enum class Access { read_write, read_only };
+
+enum class LoadStatus { loaded, form_missing, texts_missing, out_of_memory };
+
+// Opens a form or text file; on failure the reason goes to standard error.
+File open_file(const char *path, Access access, const char *what)
 {
-    return File(path ? std::fopen(path, "r+b") : nullptr);
+    File file(path ? std::fopen(path, access == Access::read_write ? "r+b" : "rb") : nullptr);
+    if (!file)
+        std::fprintf(stderr, "velumo: cannot open %s file '%s': %s\n", what, path ? path : "(null)",
+                     path ? std::strerror(errno) : "no path given");
+    return file;
 }
 
 long file_size(std::FILE *f)
@@ -35,6 +46,26 @@ long file_size(std::FILE *f)
     long size = std::ftell(f);
     std::fseek(f, 0, SEEK_SET);
     return size < 0 ? 0 : size;
+}
+
+// Bytes short of a whole record are never read; say so once.
+void warn_partial_records(const char *path, const char *what, long size, std::size_t record)
+{
+    const auto bytes = static_cast<std::size_t>(size);
+    if (bytes < record)
+        std::fprintf(stderr, "velumo: warning: %s file '%s' holds no whole %zu-byte record\n",
+                     what, path, record);
+    else if (bytes % record != 0)
+        std::fprintf(stderr,
+                     "velumo: warning: %s file '%s' ends in %zu bytes that are no whole %zu-byte "
+                     "record; they are ignored\n",
+                     what, path, bytes % record, record);
+}
+
+void report_out_of_memory(const char *path, const char *what, std::size_t records)
+{
+    std::fprintf(stderr, "velumo: out of memory loading %s file '%s' (%zu records)\n", what, path,
+                 records);
 }
 
 // Copies a string field up to and including its NUL.  A field without a NUL
@@ -135,22 +166,32 @@ void copy_record_into_object(const vel_object_file_rec &r, vel_object &o, uint32
     o.clip_mode = r.clip_mode;
 }
 
-// Loads the form file into ctx->objects; false when it cannot be opened.
-bool load_objects(vel_context *ctx, uint32_t extra_objs, const char *form_path)
+// Loads the form file into ctx->objects.  On failure nothing stays allocated.
+LoadStatus load_objects(vel_context *ctx, uint32_t extra_objs, const char *form_path,
+                        Access access)
 {
-    File file = open_read_write(form_path);
+    File file = open_file(form_path, access, "form");
     if (!file) {
         std::puts("Can't open file.");
-        return false;
+        return LoadStatus::form_missing;
     }
-    const uint32_t count =
-        static_cast<uint32_t>(file_size(file.get()) / sizeof(vel_object_file_rec));
-    ctx->object_count = count;
+    const long size = file_size(file.get());
+    warn_partial_records(form_path, "form", size, sizeof(vel_object_file_rec));
+    const uint32_t count = static_cast<uint32_t>(size / sizeof(vel_object_file_rec));
 
-    ctx->file_recs =
-        static_cast<vel_object_file_rec *>(std::calloc(count + 1u, sizeof(vel_object_file_rec)));
     const std::size_t records = static_cast<std::size_t>(extra_objs) + count + 1u;
+    ctx->file_recs = static_cast<vel_object_file_rec *>(
+        std::calloc(static_cast<std::size_t>(count) + 1u, sizeof(vel_object_file_rec)));
     ctx->objects = static_cast<vel_object *>(std::calloc(records, sizeof(vel_object)));
+    if (!ctx->file_recs || !ctx->objects) {
+        report_out_of_memory(form_path, "form", records);
+        std::free(ctx->file_recs);
+        ctx->file_recs = nullptr;
+        std::free(ctx->objects);
+        ctx->objects = nullptr;
+        return LoadStatus::out_of_memory;
+    }
+    ctx->object_count = count;
     // Record 0 is never an object: it keeps the table's size for the range
     // checks (a size beyond 32 bits is recorded as the largest number).
     const auto capacity = static_cast<uint32_t>(std::min<std::size_t>(records, UINT32_MAX));
@@ -165,7 +206,7 @@ bool load_objects(vel_context *ctx, uint32_t extra_objs, const char *form_path)
 
     std::free(ctx->file_recs);
     ctx->file_recs = nullptr;
-    return true;
+    return LoadStatus::loaded;
 }
 
 bool texts_needed(const vel_context *ctx)
@@ -175,21 +216,32 @@ bool texts_needed(const vel_context *ctx)
     return false;
 }
 
-// Loads the text file; false when it cannot be opened.  The line buffers get
-// one spare, zeroed buffer behind the block: formatting may step from line
-// 39 of the last buffer into "line 40", which lands there.
-bool load_texts(vel_context *ctx, uint32_t extra_texts, const char *text_path)
+// Loads the text file.  The line buffers get one spare, zeroed buffer behind
+// the block: formatting may step from line 39 of the last buffer into "line
+// 40", which lands there.  On failure nothing stays allocated.
+LoadStatus load_texts(vel_context *ctx, uint32_t extra_texts, const char *text_path,
+                      Access access)
 {
-    File file = open_read_write(text_path);
+    File file = open_file(text_path, access, "text");
     if (!file) {
         std::puts("Can't open file !\n");
-        return false;
+        return LoadStatus::texts_missing;
     }
-    const uint32_t count = static_cast<uint32_t>(file_size(file.get()) / sizeof(vel_text_rec));
+    const long size = file_size(file.get());
+    warn_partial_records(text_path, "text", size, sizeof(vel_text_rec));
+    const uint32_t count = static_cast<uint32_t>(size / sizeof(vel_text_rec));
     const std::size_t records = static_cast<std::size_t>(extra_texts) + count + 1u;
-    ctx->text_count = count;
     ctx->text_recs = static_cast<vel_text_rec *>(std::calloc(records, sizeof(vel_text_rec)));
     ctx->text_bufs = static_cast<char *>(std::calloc(records + 1u, VEL_LINE_BUFFER_BYTES));
+    if (!ctx->text_recs || !ctx->text_bufs) {
+        report_out_of_memory(text_path, "text", records);
+        std::free(ctx->text_recs);
+        ctx->text_recs = nullptr;
+        std::free(ctx->text_bufs);
+        ctx->text_bufs = nullptr;
+        return LoadStatus::out_of_memory;
+    }
+    ctx->text_count = count;
     // Record 0 holds no text: it keeps the number of text records.
     ctx->text_recs[0].reserved = static_cast<uint32_t>(std::min<std::size_t>(records, UINT32_MAX));
     std::size_t got = std::fread(ctx->text_recs + 1, sizeof(vel_text_rec), count, file.get());
@@ -201,7 +253,7 @@ bool load_texts(vel_context *ctx, uint32_t extra_texts, const char *text_path)
             std::printf("velumo: text %u: text has no terminating NUL, cut at 999 characters\n", t);
         }
     }
-    return true;
+    return LoadStatus::loaded;
 }
 
 // A text_index outside the text records leaves the object without text.
@@ -280,19 +332,20 @@ void report_dependent_cycles(const vel_context *ctx)
     }
 }
 
-} // namespace
-
-extern "C" {
-
-int32_t vel_load_form(vel_context *ctx, uint32_t extra_objs, uint32_t extra_texts,
-                      const char *form_path, const char *text_path)
+// Start-up in the order the form needs it; on failure nothing stays allocated.
+LoadStatus load_form(vel_context *ctx, uint32_t extra_objs, uint32_t extra_texts,
+                     const char *form_path, const char *text_path, Access access)
 {
-    if (!load_objects(ctx, extra_objs, form_path)) return -1;
-    if (texts_needed(ctx) && !load_texts(ctx, extra_texts, text_path)) {
-        std::free(ctx->objects);
-        ctx->objects = nullptr;
-        ctx->object_count = 0;
-        return -1;
+    const LoadStatus objects = load_objects(ctx, extra_objs, form_path, access);
+    if (objects != LoadStatus::loaded) return objects;
+    if (texts_needed(ctx)) {
+        const LoadStatus texts = load_texts(ctx, extra_texts, text_path, access);
+        if (texts != LoadStatus::loaded) {
+            std::free(ctx->objects);
+            ctx->objects = nullptr;
+            ctx->object_count = 0;
+            return texts;
+        }
     }
     check_text_indexes(ctx);
     report_master_cycles(ctx);
@@ -303,13 +356,30 @@ int32_t vel_load_form(vel_context *ctx, uint32_t extra_objs, uint32_t extra_text
         ctx->mark_colour = ctx->mark_colour_a;
     else if (ctx->frame_mode == 1)
         ctx->mark_colour = ctx->mark_colour_b;
-    return 1;
+    return LoadStatus::loaded;
+}
+
+} // namespace
+
+extern "C" {
+
+int32_t vel_load_form(vel_context *ctx, uint32_t extra_objs, uint32_t extra_texts,
+                      const char *form_path, const char *text_path)
+{
+    return load_form(ctx, extra_objs, extra_texts, form_path, text_path, Access::read_only) ==
+                   LoadStatus::loaded
+               ? 1
+               : -1;
 }
 
 void vel_start_velumo(vel_context *ctx, uint32_t extra_objs, uint32_t extra_texts,
                       const char *form_path, const char *text_path)
 {
-    if (vel_load_form(ctx, extra_objs, extra_texts, form_path, text_path) != 1) std::exit(0);
+    switch (load_form(ctx, extra_objs, extra_texts, form_path, text_path, Access::read_write)) {
+    case LoadStatus::loaded: return;
+    case LoadStatus::out_of_memory: std::exit(1);
+    default: std::exit(0);
+    }
 }
 
 int32_t vel_load_object_images(vel_context *ctx, uint32_t first)

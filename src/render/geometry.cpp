@@ -5,6 +5,7 @@
 #include "internal.hpp"
 
 #include <algorithm>
+#include <vector>
 
 namespace velumo::detail {
 namespace {
@@ -159,39 +160,61 @@ using velumo::detail::object;
 
 namespace {
 
+// The objects whose sizes a dependent's usable size is built from: obj, then
+// `up` of each in turn while that has a master of its own, at most `steps`
+// in all (a longer chain is a cycle).  The size is worked out from the last
+// one down, so a deep chain needs no deep recursion.
+template <class Up> std::vector<uint32_t> chain_from(uint32_t obj, uint32_t steps, Up up)
+{
+    std::vector<uint32_t> chain{obj};
+    for (uint32_t next = up(obj); next != 0 && chain.size() < steps; next = up(next))
+        chain.push_back(next);
+    return chain;
+}
+
+// One level: an object whose master offers `master_size` keeps its size when
+// it ends inside the master's margin, else is cut there.
+uint32_t fit_in_master(uint32_t pos, uint32_t size, uint32_t master_pos, uint32_t master_size,
+                       uint32_t master_margin)
+{
+    const uint32_t limit = master_pos + master_size - 1 - master_margin;
+    if (static_cast<int32_t>(pos + size - 1) >= static_cast<int32_t>(limit))
+        return limit - (pos + 1);
+    return size;
+}
+
 // The usable width of a dependent: its master's width is the master's own
 // dependent width up the chain, the top-level cut width at the root.  A
 // chain longer than the table is a cycle; its walk ends after `steps`
 // masters, taking the last one as the root.
 uint32_t dependent_width(vel_context *ctx, uint32_t obj, uint32_t steps)
 {
-    const vel_object &o = object(ctx, obj);
-    const uint32_t master = master_of(ctx, o);
-    const vel_object &m = object(ctx, master);
-    const uint32_t master_width = master_of(ctx, m) != 0 && steps > 1
-                                      ? dependent_width(ctx, master, steps - 1)
-                                      : vel_p_cutted_w_independent(ctx, master);
-    const uint32_t limit = m.x + master_width - 1 - m.margin_right;
-    if (static_cast<int32_t>(o.x + o.width - 1) >= static_cast<int32_t>(limit))
-        return limit - (o.x + 1);
-    return o.width;
+    const auto master = [ctx](uint32_t n) { return master_of(ctx, object(ctx, n)); };
+    const auto up = [&](uint32_t n) { return master(master(n)) != 0 ? master(n) : 0; };
+    const std::vector<uint32_t> chain = chain_from(obj, steps, up);
+    uint32_t width = vel_p_cutted_w_independent(ctx, master(chain.back()));
+    for (auto n = chain.rbegin(); n != chain.rend(); ++n) {
+        const vel_object &o = object(ctx, *n);
+        const vel_object &m = object(ctx, master(*n));
+        width = fit_in_master(o.x, o.width, m.x, width, m.margin_right);
+    }
+    return width;
 }
 
 // The height looks one level further up than the width: the master's
 // height comes from the master's own master.
 uint32_t dependent_height(vel_context *ctx, uint32_t obj, uint32_t steps)
 {
-    const vel_object &o = object(ctx, obj);
-    const uint32_t master = master_of(ctx, o);
-    const vel_object &m = object(ctx, master);
-    const uint32_t grand_master = master_of(ctx, m);
-    const uint32_t master_height = grand_master != 0 && steps > 1
-                                       ? dependent_height(ctx, grand_master, steps - 1)
-                                       : vel_p_cutted_h_independent(ctx, master);
-    const uint32_t limit = m.y + master_height - 1 - m.margin_bottom;
-    if (static_cast<int32_t>(o.y + o.height - 1) >= static_cast<int32_t>(limit))
-        return limit - (o.y + 1);
-    return o.height;
+    const auto master = [ctx](uint32_t n) { return master_of(ctx, object(ctx, n)); };
+    const std::vector<uint32_t> chain = chain_from(
+        obj, steps, [&](uint32_t n) { return master(master(n)); });
+    uint32_t height = vel_p_cutted_h_independent(ctx, master(chain.back()));
+    for (auto n = chain.rbegin(); n != chain.rend(); ++n) {
+        const vel_object &o = object(ctx, *n);
+        const vel_object &m = object(ctx, master(*n));
+        height = fit_in_master(o.y, o.height, m.y, height, m.margin_bottom);
+    }
+    return height;
 }
 
 void store_limits(const velumo::detail::Limits &l, uint32_t *left, uint32_t *right, uint32_t *top,

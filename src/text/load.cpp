@@ -101,6 +101,10 @@ char *vel_read_external_stream(const char *path)
     const auto bytes = static_cast<std::size_t>(size);
     // One byte more than the file, set to NUL, ends a stream without one.
     auto *buffer = static_cast<char *>(std::malloc(bytes + 1));
+    if (!buffer) {
+        std::fprintf(stderr, "velumo: out of memory reading %zu bytes of '%s'\n", bytes, path);
+        return nullptr;
+    }
     const int fd = ::open(path, O_RDONLY);
     if (fd < 0) {
         std::free(buffer);

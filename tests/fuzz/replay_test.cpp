@@ -79,7 +79,7 @@ Bytes read_file(const fs::path &path)
 // The library prints its diagnostics; the test log keeps only the verdicts.
 void run_quietly(Harness run, const Bytes &input)
 {
-    velumo::test::StdoutCapture quiet;
+    velumo::test::OutputCapture quiet;
     EXPECT_EQ(run(input.data(), input.size()), 0);
 }
 

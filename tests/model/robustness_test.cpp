@@ -21,7 +21,7 @@ protected:
     std::string load_printing(const FormBuilder &form, const TextBuilder *texts = nullptr,
                               uint32_t extra_objs = 0, uint32_t extra_texts = 0)
     {
-        StdoutCapture capture;
+        OutputCapture capture;
         load(form, texts, extra_objs, extra_texts);
         return capture.finish();
     }

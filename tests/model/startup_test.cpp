@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <unistd.h>
 
 namespace velumo::test {
@@ -109,7 +110,7 @@ TEST_F(StartUp, StringWithoutTerminatorIsCutAndReported)
 {
     FormBuilder form = form_of(8);
     std::fill(std::begin(form.object(8).label), std::end(form.object(8).label), 'x');
-    StdoutCapture out;
+    OutputCapture out;
     load(form);
     EXPECT_EQ(std::string(object(8).label), std::string(67, 'x'));
     EXPECT_NE(out.finish().find("object 8: label"), std::string::npos);
@@ -144,7 +145,7 @@ TEST_F(StartUp, TextRecordsStartAtOneWithSpareRecordsZeroed)
 
 TEST_F(StartUp, MissingFormFileReportsFailure)
 {
-    StdoutCapture out;
+    OutputCapture out;
     EXPECT_EQ(vel_load_form(&ctx(), 0, 0, dir_.path("none.vel").c_str(), "x"), -1);
     EXPECT_EQ(out.finish(), "Can't open file.\n");
     EXPECT_EQ(ctx().objects, nullptr);
@@ -155,7 +156,7 @@ TEST_F(StartUp, MissingTextFileReportsFailureWithTwoLineEnds)
     FormBuilder form = form_of(8);
     form.object(8).text_index = 1;
     form.write(dir_.path("form.vel"));
-    StdoutCapture out;
+    OutputCapture out;
     EXPECT_EQ(
         vel_load_form(&ctx(), 0, 0, dir_.path("form.vel").c_str(), dir_.path("none.vel").c_str()),
         -1);
@@ -189,19 +190,62 @@ TEST_F(StartUp, StartExitsWithStatusZeroOnMissingTextFile)
                 ::testing::ExitedWithCode(0), "Can't open file !");
 }
 
-TEST_F(StartUp, ReadOnlyFormFileCountsAsMissing)
+// Start-up asks for write access and counts a read-only form as missing;
+// vel_load_form only reads, so an installed read-only form loads.
+TEST_F(StartUp, ReadOnlyFormLoadsOnlyThroughLoadForm)
 {
-    load(form_of(8));
-    close();
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     const std::string path = dir_.path("form.vel");
-    chmod(path.c_str(), 0444);
-    if (std::FILE *probe = std::fopen(path.c_str(), "r+b")) {
-        std::fclose(probe);
-        GTEST_SKIP() << "this user may write read-only files";
+    form_of(8).write(path);
+    ASSERT_EQ(chmod(path.c_str(), 0444), 0);
+    ASSERT_EQ(chmod(dir_.root().c_str(), 0755), 0);
+    EXPECT_EXIT(
+        {
+            become_unprivileged();
+            vel_context fresh{};
+            std::_Exit(vel_load_form(&fresh, 0, 0, path.c_str(), "x") == 1 ? 3 : 4);
+        },
+        ::testing::ExitedWithCode(3), "");
+    EXPECT_EXIT(
+        {
+            become_unprivileged();
+            start_with_stdout_on_stderr(&ctx(), path, "x");
+        },
+        ::testing::ExitedWithCode(0), "Permission denied(.|\n)*Can't open file\\.");
+}
+
+// Besides the quoted lines on standard output, loading tells standard error
+// which file failed and why, and warns of bytes that are no whole record.
+TEST_F(StartUp, LoadingExplainsFileProblemsOnStandardError)
+{
+    struct Case {
+        const char *name;
+        long bytes; // -1: no file at all
+        const char *message;
+    };
+    constexpr long record = sizeof(vel_object_file_rec);
+    const Case cases[] = {
+        {"missing", -1, "velumo: cannot open form file '%s': No such file or directory\n"},
+        {"no whole record", 100, "velumo: warning: form file '%s' holds no whole 776-byte record\n"},
+        {"trailing bytes", 2 * record + 5,
+         "velumo: warning: form file '%s' ends in 5 bytes that are no whole 776-byte record; "
+         "they are ignored\n"},
+        {"whole records", 2 * record, ""},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::string path = dir_.path(std::string(c.name) + ".vel");
+        if (c.bytes >= 0) std::ofstream(path, std::ios::binary) << std::string(c.bytes, '\0');
+        vel_context fresh{};
+        OutputCapture out;
+        OutputCapture err(stderr);
+        const int32_t result = vel_load_form(&fresh, 0, 0, path.c_str(), "x");
+        char expected[256];
+        std::snprintf(expected, sizeof expected, c.message, path.c_str());
+        EXPECT_EQ(err.finish(), expected);
+        EXPECT_EQ(result, c.bytes < 0 ? -1 : 1);
+        std::free(fresh.objects);
     }
-    vel_context fresh{};
-    StdoutCapture out;
-    EXPECT_EQ(vel_load_form(&fresh, 0, 0, path.c_str(), "x"), -1);
 }
 
 TEST_F(StartUp, StartLoadsLikeLoadForm)
@@ -238,7 +282,7 @@ TEST_F(StartUp, FontsOpenAndTheLastTriedDecidesTheResult)
     form.object(9).font_size = 20;
     set_string(form.object(9).font_path, kFontPath);
     form.object(10).font_choice = 0;
-    StdoutCapture out;
+    OutputCapture out;
     load(form);
     const std::string printed = out.finish();
     EXPECT_EQ(object(8).own_font, nullptr);
@@ -248,7 +292,7 @@ TEST_F(StartUp, FontsOpenAndTheLastTriedDecidesTheResult)
     EXPECT_EQ(printed.rfind("TTF_OpenFont: ", 0), 0u) << printed;
 
     EXPECT_EQ(vel_load_object_fonts(&ctx(), 9), 1);
-    StdoutCapture again;
+    OutputCapture again;
     EXPECT_EQ(vel_load_object_fonts(&ctx(), 8), 1) << "a failure followed by a success reports 1";
     EXPECT_EQ(vel_load_object_fonts(&ctx(), 11), 0) << "nothing tried";
 }

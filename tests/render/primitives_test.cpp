@@ -116,7 +116,7 @@ TEST_F(UnsupportedDepth, ThreeBytesPrintOnceAPixelAndBoxesStillFill)
 {
     use_depth(24);
     fill_screen(kBlack);
-    StdoutCapture capture;
+    OutputCapture capture;
     vel_draw_pixel(&ctx(), 5, 5, 255, 0, 0);
     vel_draw_line(&ctx(), 10, 5, 13, 5, 255, 0, 0);
     vel_draw_pixel(&ctx(), 900, 900, 255, 0, 0);
@@ -134,7 +134,7 @@ TEST_F(UnsupportedDepth, OtherDepthsPrintTheColourDepthError)
     SDL_FillRect(odd.get(), nullptr, 0);
     odd->format->BytesPerPixel = 5;
     ctx().screen = odd.get();
-    StdoutCapture capture;
+    OutputCapture capture;
     vel_draw_pixel(&ctx(), 1, 1, 255, 255, 255);
     vel_draw_rectangle(&ctx(), 0, 0, 2, 2, 255, 255, 255);
     const std::string printed = capture.finish();

@@ -4,6 +4,8 @@
 
 #include "internal.hpp"
 
+#include <cstdlib>
+
 namespace velumo::test {
 namespace {
 
@@ -40,7 +42,7 @@ TEST_F(DrawingGuards, LinesAreCutToTheSurfaceBeforeTheyRun)
 TEST_F(DrawingGuards, UnsupportedDepthsReportOnlyPixelsOnTheSurface)
 {
     use_depth(24);
-    StdoutCapture capture;
+    OutputCapture capture;
     vel_draw_line(&ctx(), 630, 5, 0x7FFFFF00u, 5, 255, 0, 0);
     const std::string printed = capture.finish();
     std::string expected;
@@ -114,6 +116,38 @@ TEST_F(DrawingGuards, DependentCyclesAndDiamondsAreWalkedBriefly)
     // Record 0, which every number outside the table reaches, stays empty.
     EXPECT_EQ(object(0).dep_objs[0], 0u);
     EXPECT_EQ(object(0).x, 0u);
+}
+
+// A chain of 20,000 nested dependents, each the master of the next: the
+// walks stop VEL_MAX_NESTING levels below their start, the walks up the
+// masters take no stack, and nothing overflows.
+TEST_F(DrawingGuards, DeepTreesAreWalkedToTheNestingLimit)
+{
+    constexpr uint32_t kWindow = 8, kCount = 20000;
+    std::free(ctx().objects);
+    ctx().objects = static_cast<vel_object *>(std::calloc(kCount + 1, sizeof(vel_object)));
+    ASSERT_NE(ctx().objects, nullptr);
+    ctx().object_count = kCount;
+    for (uint32_t n = kWindow; n <= kCount; ++n) {
+        place(n, n == kWindow ? VEL_TYPE_WINDOW : VEL_TYPE_LABEL, 100, 100, 300, 200,
+              n == kWindow ? 0 : n - 1, n == kWindow ? kGrey : kRed);
+        if (n < kCount) object(n).dep_objs[0] = n + 1;
+    }
+    ctx().active_window = kWindow;
+    ctx().window_stack[0] = kWindow;
+    ctx().window_count = 1;
+
+    vel_draw_all_objects(&ctx(), 1, 0);
+    EXPECT_EQ(at(200, 200), mapped(kRed));
+    EXPECT_EQ(vel_test_all_objects(&ctx(), 200, 200), kWindow + VEL_MAX_NESTING);
+    EXPECT_EQ(vel_search_master(&ctx(), kCount), kWindow);
+    vel_p_cutted_w_dependent(&ctx(), kCount);
+    vel_p_cutted_h_dependent(&ctx(), kCount);
+    uint32_t l = 0, r = 0, t = 0, b = 0;
+    vel_get_borders_for_text(&ctx(), kCount, &l, &r, &t, &b);
+    vel_update_dep_objs_after_move(&ctx(), kWindow, 5, 5);
+    EXPECT_EQ(object(kWindow + VEL_MAX_NESTING).x, 105u);
+    EXPECT_EQ(object(kWindow + VEL_MAX_NESTING + 1).x, 100u);
 }
 
 } // namespace

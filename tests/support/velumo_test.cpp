@@ -58,24 +58,24 @@ void TextBuilder::write(const std::string &path) const
               static_cast<std::streamsize>(records_.size() * sizeof(vel_text_rec)));
 }
 
-StdoutCapture::StdoutCapture()
+OutputCapture::OutputCapture(std::FILE *stream) : stream_(stream)
 {
-    std::fflush(stdout);
+    std::fflush(stream_);
     file_ = std::tmpfile();
-    saved_fd_ = dup(STDOUT_FILENO);
-    dup2(fileno(file_), STDOUT_FILENO);
+    saved_fd_ = dup(fileno(stream_));
+    dup2(fileno(file_), fileno(stream_));
 }
 
-StdoutCapture::~StdoutCapture()
+OutputCapture::~OutputCapture()
 {
     finish();
 }
 
-std::string StdoutCapture::finish()
+std::string OutputCapture::finish()
 {
     if (saved_fd_ < 0) return text_;
-    std::fflush(stdout);
-    dup2(saved_fd_, STDOUT_FILENO);
+    std::fflush(stream_);
+    dup2(saved_fd_, fileno(stream_));
     close(saved_fd_);
     saved_fd_ = -1;
     std::rewind(file_);
@@ -87,6 +87,13 @@ std::string StdoutCapture::finish()
     std::fclose(file_);
     file_ = nullptr;
     return text_;
+}
+
+void become_unprivileged()
+{
+    constexpr uid_t nobody = 65534;
+    if (geteuid() != 0) return;
+    if (setgid(nobody) != 0 || setuid(nobody) != 0) std::_Exit(99);
 }
 
 vel_rgb pixel(SDL_Surface *surface, int x, int y)

@@ -65,21 +65,26 @@ private:
     std::vector<vel_text_rec> records_;
 };
 
-// Redirects standard output into a string while alive.
-class StdoutCapture {
+// Redirects standard output (or another stream) into a string while alive.
+class OutputCapture {
 public:
-    StdoutCapture();
-    ~StdoutCapture();
-    StdoutCapture(const StdoutCapture &) = delete;
-    StdoutCapture &operator=(const StdoutCapture &) = delete;
+    explicit OutputCapture(std::FILE *stream = stdout);
+    ~OutputCapture();
+    OutputCapture(const OutputCapture &) = delete;
+    OutputCapture &operator=(const OutputCapture &) = delete;
     // Stops capturing (if still running) and returns what was printed.
     std::string finish();
 
 private:
+    std::FILE *stream_;
     int saved_fd_ = -1;
     std::FILE *file_ = nullptr;
     std::string text_;
 };
+
+// In a child process (a death test): gives up the rights that let root write
+// read-only files, by becoming the user nobody; others keep their rights.
+void become_unprivileged();
 
 // Reads a pixel of any depth back as a colour triple.
 vel_rgb pixel(SDL_Surface *surface, int x, int y);

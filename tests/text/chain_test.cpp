@@ -222,7 +222,7 @@ TEST_F(ChainDebug, LineBreakAfterASplitWordOnTheLastMember)
     for (uint32_t ended_by : {0u, member(1)}) {
         object(kMaster).dep_objs[1] = ended_by;
         member_object(0).number_of_lines = object(ended_by).number_of_lines = kUntouched;
-        StdoutCapture out;
+        OutputCapture out;
         EXPECT_EQ(flow(split_on_line_39), 39u);
         EXPECT_EQ(out.finish(), "1142 next chain \n \n next chain: 1 \n \n1153 object " +
                                     std::to_string(member(0)) + " number_of_lines 39 \n \n");
@@ -236,7 +236,7 @@ TEST_F(ChainDebug, LineBreakAfterASplitWordOnTheLastMember)
 TEST_F(ChainDebug, SuccessfulMoveAfterASplitWord)
 {
     make_chain(2, uwidth("aaaa"));
-    StdoutCapture out;
+    OutputCapture out;
     EXPECT_EQ(flow(split_on_line_39 + "i"), 0u);
     EXPECT_EQ(out.finish(), "1142 next chain \n \n next chain: 0 \n \n");
     EXPECT_EQ(member_line(1, 0), "i");
@@ -335,7 +335,7 @@ TEST_F(Robustness, RandomStreamsStayInsideTheBlock)
     for (int round = 0; round < 150; ++round) {
         for (uint32_t k = 0; k < 3; ++k)
             member_object(k).line_width = widths(random);
-        StdoutCapture quiet;
+        OutputCapture quiet;
         const uint32_t last = flow(random_text(random, 6000));
         EXPECT_LE(last, 79u) << round;
     }

@@ -180,11 +180,17 @@ TEST_F(Stream, FilesThatCannotBeOpenedForWritingGiveNull)
 
 TEST_F(Stream, ReadOnlyFileGivesNull)
 {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     const std::string path = dir_.path("read-only");
     std::ofstream(path) << "text";
     ASSERT_EQ(chmod(path.c_str(), 0444), 0);
-    if (access(path.c_str(), W_OK) == 0) GTEST_SKIP() << "running with rights that ignore 0444";
-    EXPECT_EQ(vel_read_external_stream(path.c_str()), nullptr);
+    ASSERT_EQ(chmod(dir_.root().c_str(), 0755), 0);
+    EXPECT_EXIT(
+        {
+            become_unprivileged();
+            std::_Exit(vel_read_external_stream(path.c_str()) == nullptr ? 3 : 4);
+        },
+        ::testing::ExitedWithCode(3), "");
 }
 
 } // namespace

@@ -99,7 +99,7 @@ protected:
         texts.set(1, "The main window's text.\nA second paragraph.");
         texts.set(2, "self");
         texts.set(3, "");
-        StdoutCapture capture;
+        OutputCapture capture;
         load(hostile_form(), &texts, kSpare, 1);
         const std::string printed = capture.finish();
         stream_.clear();
