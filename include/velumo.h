@@ -522,7 +522,9 @@ uint32_t vel_format_object_text(vel_context *ctx, uint32_t obj);
  * a line full to column 99 was continued into slot 40).  After cases 1 and 2
  * the line is ended and the next one started (NUL at its start) when
  * break_after is 1 or the column reached 99; the result is 0.  word_length
- * is never changed. */
+ * is never changed.  Guard: a *column above 99, or a *line and word that
+ * could lead to writes past line slot 79 (two lines on), return -1 and
+ * change nothing. */
 int32_t vel_copy_word_into_line(vel_context *ctx, uint32_t obj, const char *word, uint32_t *line,
                                 uint32_t *column, uint32_t *word_length, uint32_t break_after);
 
@@ -530,7 +532,7 @@ int32_t vel_copy_word_into_line(vel_context *ctx, uint32_t obj, const char *word
  * word_length <= 98 - *column and the word's width is at most line_width
  * minus the line's width; else 2 when word_length <= 98 and the word is at
  * most line_width wide; else 3.  98 - *column is unsigned, so a column of 99
- * wraps round and counts as room. */
+ * wraps round and counts as room.  A *line above 79 returns 3. */
 uint32_t vel_check_line_volume(vel_context *ctx, uint32_t obj, const char *word, uint32_t *line,
                                uint32_t *column, uint32_t *word_length);
 
@@ -560,7 +562,7 @@ uint32_t vel_format_small_obj(vel_context *ctx, uint32_t obj);
  * feed with no word pending goes to the next line without testing for line
  * 39; consecutive ones go on into the slots behind the member's buffer, up to
  * slot 79 (the last line of the buffer behind), where further line feeds
- * stay.  A space that does not fit on a line above 39 is dropped.
+ * stay.  A space that arrives on a line above 39 is dropped.
  * vel_copy_word_big may print debug lines on standard output. */
 uint32_t vel_format_stream_to_linked_objects(vel_context *ctx, uint32_t master);
 
@@ -582,8 +584,9 @@ uint32_t vel_format_stream_to_linked_objects(vel_context *ctx, uint32_t master);
  * it (the entry that ended the chain, 0 past the list's end) and the line
  * index stored into that object.  The split path treats line indexes above
  * 39 like 39.  A *chain_position above 99 returns -1 at once, and so does
- * a context without text tables; a *text_index outside the text records
- * is set to 0 first. */
+ * a context without text tables, a *column above 99, and a *line and word
+ * that could lead to writes past line slot 79; a *text_index outside the
+ * text records is set to 0 first. */
 int32_t vel_copy_word_big(vel_context *ctx, uint32_t master, uint32_t *chain_position,
                           uint32_t *text_index, const char *word, uint32_t *line, uint32_t *column,
                           uint32_t *word_length, uint32_t break_after);

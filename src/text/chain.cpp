@@ -227,7 +227,11 @@ int32_t vel_copy_word_big(vel_context *ctx, uint32_t master, uint32_t *chain_pos
                           uint32_t *text_index, const char *word, uint32_t *line, uint32_t *column,
                           uint32_t *word_length, uint32_t break_after)
 {
-    if (*chain_position >= VEL_MAX_DEPENDENTS || !has_text_tables(ctx)) return -1;
+    // Below line 39 a placement moves on one line at most; from 39 on it
+    // moves to the next member instead.
+    if (*chain_position >= VEL_MAX_DEPENDENTS || !has_text_tables(ctx) ||
+        !placement_in_range(*line, *column, *word_length, 0))
+        return -1;
     *text_index = text_number(ctx, *text_index);
     uint32_t member = object_number(ctx, object(ctx, master).dep_objs[*chain_position]);
     vel_object &m = object(ctx, member);

@@ -115,6 +115,7 @@ uint32_t vel_check_line_volume(vel_context *ctx, uint32_t obj, const char *word,
                                uint32_t *column, uint32_t *word_length)
 {
     const vel_object &o = object(ctx, obj);
+    if (*line > last_reachable_line) return 3;
     // Without text tables the line is measured as empty.
     const int64_t line_pixels =
         has_text_tables(ctx)
@@ -139,6 +140,7 @@ int32_t vel_copy_word_into_line(vel_context *ctx, uint32_t obj, const char *word
     if (o.line_width == 0) o.line_width = o.width - (o.margin_right + o.margin_left);
     // Without text tables there is no line to place the word in.
     if (!has_text_tables(ctx)) return 0;
+    if (!placement_in_range(*line, *column, *word_length, 2)) return -1;
 
     const uint32_t t = text_number(ctx, o.text_index);
     const uint32_t fit = vel_check_line_volume(ctx, obj, word, line, column, word_length);

@@ -16,6 +16,18 @@ inline constexpr uint32_t max_word_chars = 70;              // longer runs are c
 // 79 stays inside the allocation whatever t is; no walk goes further.
 inline constexpr uint32_t last_reachable_line = 2 * VEL_MAX_LINES - 1;
 
+// Line, column and word length that callers hand to the exported placement
+// routines.  A routine may move on `lines_ahead` lines by itself and copies
+// the word behind the column; every byte it writes must stay inside line
+// slots 0..79.  Anything further is refused.
+constexpr bool placement_in_range(uint32_t line, uint32_t column, uint32_t word_length,
+                                  uint32_t lines_ahead)
+{
+    const uint64_t furthest =
+        (uint64_t{line} + lines_ahead) * VEL_LINE_BYTES + column + uint64_t{word_length} + 1;
+    return column <= last_column && furthest < uint64_t{last_reachable_line + 1} * VEL_LINE_BYTES;
+}
+
 // The word being collected: at most 70 characters, always NUL-terminated.
 // `length` is handed by address to the placement routines.
 struct WordBuffer {

@@ -38,6 +38,40 @@ TEST_F(TextGuards, ATextIndexOutsideTheRecordsMeansNoText)
     EXPECT_EQ(ctx().text_recs[0].cursor_index, 0u);
 }
 
+// Line, column and word length come from the caller: placements that could
+// write past line slot 79 of the last buffer (the block's end) are refused.
+TEST_F(TextGuards, PlacementsOutsideTheLineSlotsAreRefused)
+{
+    load_form(8, 1); // text record 1's buffer is the last one of the block
+    object(kTextObject).line_width = 10000;
+    object(9).type = VEL_TYPE_CHAIN;
+    object(9).dep_objs[0] = kTextObject;
+    const char word[] = "word";
+    struct Case {
+        const char *name;
+        uint32_t line, column, length;
+        int32_t into_line, big;
+    };
+    const Case cases[] = {
+        {"line 80", 80, 0, 4, -1, -1},
+        {"column 100", 0, 100, 4, -1, -1},
+        {"line 79 column 99", 79, 99, 4, -1, -1},
+        {"two lines ahead of 78", 78, 0, 4, -1, 1},
+        {"inside", 10, 0, 4, 0, 1},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.name);
+        uint32_t line = c.line, column = c.column, length = c.length, position = 0, text = 1;
+        EXPECT_EQ(vel_copy_word_into_line(&ctx(), kTextObject, word, &line, &column, &length, 0),
+                  c.into_line);
+        line = c.line, column = c.column, length = c.length;
+        EXPECT_EQ(vel_copy_word_big(&ctx(), 9, &position, &text, word, &line, &column, &length, 0),
+                  c.big);
+    }
+    uint32_t line = 80, column = 0, length = 4;
+    EXPECT_EQ(vel_check_line_volume(&ctx(), kTextObject, word, &line, &column, &length), 3u);
+}
+
 TEST_F(TextGuards, WithoutTextTablesNothingReachesTextMemory)
 {
     FormBuilder form;
