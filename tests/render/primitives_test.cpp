@@ -147,6 +147,8 @@ TEST_F(UnsupportedDepth, OtherDepthsPrintTheColourDepthError)
 
 TEST_F(UnsupportedDepth, LockOnlyWhatSdlWantsLocked)
 {
+    if (sdl_is_compat())
+        GTEST_SKIP() << "sdl12-compat keeps its own lock count; surface->locked does not show it";
     Surface plain = surface_like_screen(4, 4);
     vel_lock(plain.get());
     EXPECT_EQ(plain->locked, 0);

@@ -96,6 +96,12 @@ void become_unprivileged()
     if (setgid(nobody) != 0 || setuid(nobody) != 0) std::_Exit(99);
 }
 
+bool sdl_is_compat()
+{
+    const SDL_version *linked = SDL_Linked_Version();
+    return linked->major == 1 && linked->minor == 2 && linked->patch >= 50;
+}
+
 vel_rgb pixel(SDL_Surface *surface, int x, int y)
 {
     const int bpp = surface->format->BytesPerPixel;

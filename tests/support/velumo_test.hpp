@@ -86,6 +86,10 @@ private:
 // read-only files, by becoming the user nobody; others keep their rights.
 void become_unprivileged();
 
+// True when SDL 1.2 is sdl12-compat (the API over SDL2), which reports itself
+// as version 1.2.50 or later; the classic library ends at 1.2.15.
+bool sdl_is_compat();
+
 // Reads a pixel of any depth back as a colour triple.
 vel_rgb pixel(SDL_Surface *surface, int x, int y);
 // Queues SDL events for the selection loops.
