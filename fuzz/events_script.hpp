@@ -60,6 +60,11 @@ inline constexpr StopPair kStopPairs[4] = {
     {-1, -1},
 };
 
+// Records played per input; the rest of a longer script is ignored.  Most
+// records redraw much of the screen, so this keeps each input's work bounded
+// (and the fuzzer fast) while sixteen steps still reach every state.
+inline constexpr std::size_t kMaxRecords = 16;
+
 // Events queued before the loop runs; SDL 1.2 keeps at most 127 and the
 // loop's ending click needs one place.
 inline constexpr std::size_t kMaxQueuedEvents = 100;

@@ -5,7 +5,12 @@
 #include "sample_form.hpp"
 #include "session.hpp"
 
+#include <cstdlib>
+#include <cstring>
 #include <iterator>
+#include <memory>
+#include <new>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -17,13 +22,6 @@ namespace sample = velumo::sample;
 constexpr uint32_t kSpareObjects = 4;
 constexpr uint32_t kSpareTexts = 2;
 constexpr uint32_t kLoopEndingButton = 7;
-
-void drain_events()
-{
-    SDL_Event ignored;
-    while (SDL_PollEvent(&ignored) != 0) {
-    }
-}
 
 // SDL's key symbols end below 512: larger values do not fit the SDLKey
 // enumeration (converting them is undefined), and SDL never delivers them.
@@ -208,30 +206,104 @@ private:
     std::vector<SDL_Event> pending_;
 };
 
+// The sample form as an application has it after start-up: loaded, its
+// chain flowed, drawn, its main window active.  Made once per display; each
+// input starts from copies of its context, tables and screen, which costs far
+// less than loading, formatting and drawing anew.  The fonts and pictures
+// stay the snapshot's: no operation opens or closes them.
+class StartedForm {
+public:
+    StartedForm() : generation_(display_generation())
+    {
+        const std::string &dir = work_dir();
+        const std::string form_path = dir + "/" + sample::kFormFile;
+        const std::string text_path = dir + "/" + sample::kTextFile;
+        vel_context &ctx = session_.ctx();
+        if (vel_load_form(&ctx, kSpareObjects, kSpareTexts, form_path.c_str(), text_path.c_str()) !=
+            1)
+            throw std::runtime_error("velumo fuzz: the sample form does not load");
+        ctx.objects[sample::kChainHead].stream = stream_.data();
+        vel_draw_all_objects(&ctx, 1, 0);
+        ctx.window_to_activate = sample::kMainWindow;
+        vel_select_window(&ctx);
+        const SDL_Surface *screen = ctx.screen;
+        const auto *pixels = static_cast<const uint8_t *>(screen->pixels);
+        pixels_.assign(pixels, pixels + static_cast<std::size_t>(screen->pitch) * screen->h);
+    }
+
+    bool stale() const { return generation_ != display_generation(); }
+    const vel_context &ctx() const { return session_.ctx(); }
+    const std::vector<uint8_t> &pixels() const { return pixels_; }
+
+private:
+    uint32_t generation_;
+    Session session_;
+    std::string stream_ = sample::kChainStream;
+    std::vector<uint8_t> pixels_;
+};
+
+const StartedForm &started_form()
+{
+    static std::unique_ptr<StartedForm> form;
+    if (!form || form->stale()) {
+        form.reset();
+        form = std::make_unique<StartedForm>();
+    }
+    return *form;
+}
+
+template <class T> T *copy_of(const T *records, std::size_t count)
+{
+    auto *copy = static_cast<T *>(std::malloc(count * sizeof(T)));
+    if (!copy) throw std::bad_alloc();
+    std::memcpy(copy, records, count * sizeof(T));
+    return copy;
+}
+
+// One input's copy of the started form: its own context, tables, chain
+// stream and screen contents; the tables and the text surface go with it.
+class StartedCopy {
+public:
+    explicit StartedCopy(const StartedForm &form) : ctx_(std::make_unique<vel_context>())
+    {
+        const vel_context &original = form.ctx();
+        *ctx_ = original;
+        vel_context &c = *ctx_;
+        c.text_surface = nullptr;
+        c.objects = copy_of(original.objects, original.objects[0].reserved);
+        const std::size_t texts = original.text_recs[0].reserved;
+        c.text_recs = copy_of(original.text_recs, texts);
+        c.text_bufs = copy_of(original.text_bufs, (texts + 1) * VEL_LINE_BUFFER_BYTES);
+        c.objects[sample::kChainHead].stream = stream_.data();
+        std::memcpy(c.screen->pixels, form.pixels().data(), form.pixels().size());
+        reset_input_state();
+    }
+    ~StartedCopy()
+    {
+        SDL_FreeSurface(ctx_->text_surface);
+        std::free(ctx_->objects);
+        std::free(ctx_->text_recs);
+        std::free(ctx_->text_bufs);
+    }
+    StartedCopy(const StartedCopy &) = delete;
+    StartedCopy &operator=(const StartedCopy &) = delete;
+
+    vel_context &ctx() { return *ctx_; }
+
+private:
+    std::unique_ptr<vel_context> ctx_;
+    std::string stream_ = sample::kChainStream;
+};
+
 } // namespace
 
 int velumo_fuzz_events(const uint8_t *data, size_t size)
 {
-    const std::string &dir = work_dir();
-    const std::string form_path = dir + "/" + sample::kFormFile;
-    const std::string text_path = dir + "/" + sample::kTextFile;
-
-    Session session;
-    vel_context &ctx = session.ctx();
-    if (vel_load_form(&ctx, kSpareObjects, kSpareTexts, form_path.c_str(), text_path.c_str()) != 1)
-        return 0;
-    std::string stream = sample::kChainStream;
-    ctx.objects[sample::kChainHead].stream = stream.data();
-    // As an application starts: everything formatted (the chain flowed) and drawn.
-    vel_draw_all_objects(&ctx, 1, 0);
-    ctx.window_to_activate = sample::kMainWindow;
-    vel_select_window(&ctx);
-
-    Player player(ctx);
+    StartedCopy started(started_form());
+    Player player(started.ctx());
     ScriptReader script(data, size);
-    while (player.play_one(script)) {
+    for (std::size_t record = 0; record < kMaxRecords && player.play_one(script); ++record) {
     }
     player.run_loop(0);
-    session.close();
     return 0;
 }

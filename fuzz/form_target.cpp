@@ -42,16 +42,24 @@ void give_streams_to_chain_heads(vel_context &ctx, char *stream)
     }
 }
 
-// A grid over the screen and a margin around it, plus the far corners of the
-// coordinate range, which reach the hit tests' signed comparisons.
-void hit_test_grid(vel_context &ctx)
+// Points on and around every object (its corners, the pixels just inside and
+// outside them, its centre), where the strict edge rules decide, plus the far
+// corners of the coordinate range, which reach the signed comparisons.
+void hit_test_objects(vel_context &ctx)
 {
-    constexpr int step = 16;
-    for (int y = -step; y <= 480 + step; y += step)
-        for (int x = -step; x <= 640 + step; x += step)
-            vel_test_all_objects(&ctx, static_cast<uint32_t>(x), static_cast<uint32_t>(y));
-    vel_test_all_objects(&ctx, 0x7FFFFFFF, 0x7FFFFFFF);
-    vel_test_all_objects(&ctx, 0x80000000, 0xFFFFFFFF);
+    const auto test = [&ctx](uint32_t x, uint32_t y) { vel_test_all_objects(&ctx, x, y); };
+    for (uint32_t k = 1; k <= ctx.object_count; ++k) {
+        const vel_object &o = ctx.objects[k];
+        const uint32_t right = o.x + o.width - 1, bottom = o.y + o.height - 1;
+        test(o.x, o.y);
+        test(o.x + 1, o.y + 1);
+        test(o.x + o.width / 2, o.y + o.height / 2);
+        test(right - 1, bottom - 1);
+        test(right, bottom);
+        test(right + 1, bottom + 1);
+    }
+    test(0x7FFFFFFF, 0x7FFFFFFF);
+    test(0x80000000, 0xFFFFFFFF);
 }
 
 } // namespace
@@ -85,12 +93,12 @@ int velumo_fuzz_form(const uint8_t *data, size_t size)
     give_streams_to_chain_heads(ctx, stream);
 
     vel_draw_all_objects(&ctx, 1, 0);
-    hit_test_grid(ctx);
+    hit_test_objects(ctx);
     for (uint32_t k = 1; k <= ctx.object_count; ++k) {
         ctx.window_to_activate = k;
         vel_select_window(&ctx);
     }
-    hit_test_grid(ctx);
+    hit_test_objects(ctx);
 
     session.close();
     std::free(stream);

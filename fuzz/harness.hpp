@@ -11,14 +11,16 @@
 // byte 8 sets context options (bit 0 umlaut_conversion, bits 1..2
 // frame_mode), bytes 9..11 are unused; the stream is the rest.  The form is
 // loaded, chain heads get the stream (vel_read_external_stream), everything
-// is formatted and drawn, hit-tested on a grid of points, each object is
+// is formatted and drawn, hit-tested around every object, each object is
 // selected in turn, and the context is closed.  Returns 0.
 int velumo_fuzz_form(const uint8_t *data, size_t size);
 
 // Events target.  The sample form is loaded, formatted and drawn, and its
-// main window activated; the input is a script of records (events_script.hpp):
-// SDL events queued for the selection loop, and direct calls to the editor,
-// the window frame actions and the menu.  Returns 0.
+// main window activated, once per process; each input starts from a copy of
+// that state.  The input is a script of records (events_script.hpp), of which
+// the first kMaxRecords are played: SDL events queued for the selection loop,
+// and direct calls to the editor, the window frame actions and the menu.
+// Returns 0.
 int velumo_fuzz_events(const uint8_t *data, size_t size);
 
 namespace velumo::fuzz {

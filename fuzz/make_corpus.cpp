@@ -277,53 +277,85 @@ Bytes menus_and_fonts_input()
     return form_input(f.bytes(), t.bytes(), "", 2);
 }
 
-Bytes typing_script()
+// Scripts of at most kMaxRecords records: the harness ignores the rest.
+Bytes typed(std::initializer_list<uint16_t> symbols, uint16_t mod = 0)
 {
     ScriptWriter s;
-    for (uint16_t sym : {SDLK_h, SDLK_e, SDLK_l, SDLK_l, SDLK_o, SDLK_SPACE})
-        s.press_and_release(sym);
-    s.press_and_release(SDLK_w, KMOD_LSHIFT);
-    s.press_and_release(SDLK_e, KMOD_LALT);
-    s.press_and_release(SDLK_3, KMOD_RSHIFT);
-    s.press_and_release(SDLK_RETURN).press_and_release(SDLK_KP_ENTER);
-    for (uint16_t sym : {SDLK_UP, SDLK_DOWN, SDLK_LEFT, SDLK_RIGHT, SDLK_INSERT, SDLK_a,
-                         SDLK_BACKSPACE, SDLK_DELETE, SDLK_INSERT, SDLK_WORLD_68})
-        s.press_and_release(sym);
-    s.press_and_release(SDLK_q, KMOD_CAPS);
+    for (uint16_t sym : symbols)
+        s.press_and_release(sym, mod);
     return s.loop(0).bytes();
 }
 
-Bytes clicks_and_edits_script()
+Bytes typing_letters_script()
+{
+    return typed({SDLK_h, SDLK_e, SDLK_l, SDLK_o, SDLK_SPACE, SDLK_RETURN, SDLK_KP_ENTER});
+}
+
+Bytes typing_modifiers_script()
+{
+    ScriptWriter s;
+    s.press_and_release(SDLK_w, KMOD_LSHIFT);
+    s.press_and_release(SDLK_e, KMOD_LALT);
+    s.press_and_release(SDLK_3, KMOD_RSHIFT);
+    s.press_and_release(SDLK_q, KMOD_CAPS);
+    s.press_and_release(SDLK_WORLD_68).press_and_release(SDLK_DELETE);
+    return s.loop(0).bytes();
+}
+
+Bytes typing_controls_script()
+{
+    return typed({SDLK_UP, SDLK_DOWN, SDLK_LEFT, SDLK_RIGHT, SDLK_INSERT, SDLK_a, SDLK_BACKSPACE});
+}
+
+Bytes clicks_script()
 {
     ScriptWriter s;
     s.motion(100, 100).button(true, SDL_BUTTON_LEFT, 100, 233);
     s.button(false, SDL_BUTTON_LEFT, 100, 233).button(false, SDL_BUTTON_RIGHT, 300, 280);
     s.loop(2);
+    s.select(sample::kSettingsWindow).select(sample::kAgeField);
+    s.key(true, SDLK_7).key(false, SDLK_7).key(true, SDLK_k).key(false, SDLK_k);
+    s.loop(2).edit(sample::kAgeField, '5', 1);
+    return s.bytes();
+}
+
+Bytes field_edits_script()
+{
+    ScriptWriter s;
     s.select(sample::kNameField);
     for (uint16_t key : {'a', 'b', 'c'})
         s.edit(sample::kNameField, key, 1);
     s.edit(sample::kNameField, 277, 0).edit(sample::kNameField, 'x', 1);
     s.edit(sample::kNameField, 8, 0).edit(sample::kNameField, 127, 0);
     s.edit(sample::kInnerField, '9', 1).edit(sample::kInnerField, 276, 0);
-    s.select(sample::kSettingsWindow).select(sample::kAgeField);
-    s.key(true, SDLK_7).key(false, SDLK_7).key(true, SDLK_k).key(false, SDLK_k);
-    s.loop(2).edit(sample::kAgeField, '5', 1);
+    return s.bytes();
+}
+
+Bytes notes_edits_script()
+{
+    ScriptWriter s;
     s.select(sample::kMainWindow);
-    for (int i = 0; i < 30; ++i)
-        s.edit(sample::kNotesText, static_cast<uint16_t>('a' + i % 26), 1);
+    for (int i = 0; i < 10; ++i)
+        s.edit(sample::kNotesText, static_cast<uint16_t>('a' + i % 26), i == 5 ? 0 : 1);
     s.edit(sample::kNotesText, 271, 0).edit(sample::kNotesText, 273, 0);
     s.edit(sample::kNotesText, 274, 0).edit(sample::kNotesText, 275, 0);
     s.edit(sample::kChainFirst, 'c', 1);
     return s.bytes();
 }
 
-Bytes frame_actions_script()
+Bytes frame_buttons_script()
 {
     ScriptWriter s;
     for (uint8_t mode : {0, 1})
         for (uint8_t button : {2, 3, 5, 6})
             s.frame(button, false, mode);
     s.frame(4, true, 0).frame(4, true, 1);
+    return s.bytes();
+}
+
+Bytes frame_moves_script()
+{
+    ScriptWriter s;
     s.frame(1, true, 0, 200, 150);
     s.button(false, SDL_BUTTON_LEFT, 250, 200).loop(1);
     s.select(sample::kSettingsWindow).frame(1, true, 0, 5, 5).frame(2, false, 0);
@@ -367,9 +399,14 @@ int main(int argc, char **argv)
     write_seed(form, "menus_and_fonts", menus_and_fonts_input());
 
     const fs::path events = fs::path(argv[1]) / "corpus" / "events";
-    write_seed(events, "typing", typing_script());
-    write_seed(events, "clicks_and_edits", clicks_and_edits_script());
-    write_seed(events, "frame_actions", frame_actions_script());
+    write_seed(events, "typing_letters", typing_letters_script());
+    write_seed(events, "typing_modifiers", typing_modifiers_script());
+    write_seed(events, "typing_controls", typing_controls_script());
+    write_seed(events, "clicks", clicks_script());
+    write_seed(events, "field_edits", field_edits_script());
+    write_seed(events, "notes_edits", notes_edits_script());
+    write_seed(events, "frame_buttons", frame_buttons_script());
+    write_seed(events, "frame_moves", frame_moves_script());
     write_seed(events, "menu", menu_script());
     return 0;
 }

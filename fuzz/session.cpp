@@ -59,7 +59,13 @@ class WorkDir {
 public:
     WorkDir()
     {
-        const fs::path root = fs::path(kPicturePath).parent_path();
+        // Every input writes its files anew: memory-backed storage, where
+        // the system has it, keeps that cheap.
+        const fs::path picture_dir = fs::path(kPicturePath).parent_path();
+        std::error_code no_shm;
+        const fs::path root =
+            fs::is_directory("/dev/shm", no_shm) ? fs::path("/dev/shm/velumo-fuzz") : picture_dir;
+        fs::create_directories(picture_dir);
         fs::create_directories(root);
         remove_abandoned_run_dirs(root);
         path_ = (root / (kRunPrefix + std::to_string(getpid()))).string();
@@ -106,17 +112,64 @@ void silence_stdout()
     ::close(null_fd);
 }
 
-Session::Session() : ctx_(std::make_unique<vel_context>())
+namespace {
+
+// The display every input draws on: SDL, SDL_ttf, the screen and the font are
+// set up once per process, since setting them up costs far more than most
+// inputs.  Anything else in the process that quits SDL (a test fixture) is
+// noticed, and the display is set up again.
+struct Display {
+    SDL_Surface *screen = nullptr;
+    TTF_Font *font = nullptr;
+    uint32_t generation = 0; // counts the set-ups
+};
+
+Display &display()
 {
+    static Display shared;
+    if (shared.screen && SDL_WasInit(SDL_INIT_VIDEO) && SDL_GetVideoSurface() == shared.screen &&
+        TTF_WasInit())
+        return shared;
     // Headless always; no parachute, so crashes reach the sanitizers.
     setenv("SDL_VIDEODRIVER", "dummy", 1);
     if (SDL_Init(SDL_INIT_VIDEO | SDL_INIT_NOPARACHUTE) != 0 || TTF_Init() != 0)
         throw std::runtime_error(std::string("velumo fuzz: SDL: ") + SDL_GetError());
-    vel_context &c = *ctx_;
-    c.screen = SDL_SetVideoMode(640, 480, 32, SDL_SWSURFACE);
-    c.font = TTF_OpenFont(kFontPath, 14);
-    if (!c.screen || !c.font)
+    ++shared.generation;
+    shared.screen = SDL_SetVideoMode(640, 480, 32, SDL_SWSURFACE);
+    shared.font = TTF_OpenFont(kFontPath, 14);
+    if (!shared.screen || !shared.font)
         throw std::runtime_error(std::string("velumo fuzz: no screen or font: ") + SDL_GetError());
+    return shared;
+}
+
+} // namespace
+
+void drain_events()
+{
+    SDL_Event ignored;
+    while (SDL_PollEvent(&ignored) != 0) {
+    }
+}
+
+void reset_input_state()
+{
+    drain_events();
+    SDL_WarpMouse(0, 0);
+    drain_events();
+}
+
+uint32_t display_generation()
+{
+    return display().generation;
+}
+
+Session::Session() : ctx_(std::make_unique<vel_context>())
+{
+    const Display &shared = display();
+    reset_input_state();
+    vel_context &c = *ctx_;
+    c.screen = shared.screen;
+    c.font = shared.font;
     c.screen_width = 640;
     c.screen_height = 480;
     c.screen_rect = SDL_Rect{0, 0, 640, 480};
@@ -132,11 +185,14 @@ Session::~Session()
     close();
 }
 
+// The form goes, the display stays for the next input.
 void Session::close()
 {
     if (!open_) return;
     open_ = false;
-    vel_close(ctx_.get());
+    vel_unload_form(ctx_.get());
+    SDL_FreeSurface(ctx_->text_surface);
+    ctx_->text_surface = nullptr;
 }
 
 } // namespace velumo::fuzz

@@ -11,19 +11,29 @@
 
 namespace velumo::fuzz {
 
-// A directory of this process beside kPicturePath, removed at exit (and by
-// a later process when this one crashed).  On first use it receives the
-// sample form (examples/sample_form.hpp), and the shared picture is put at
-// kPicturePath.
+// A directory of this process (in /dev/shm where there is one, else beside
+// kPicturePath), removed at exit (and by a later process when this one
+// crashed).  On first use it receives the sample form
+// (examples/sample_form.hpp), and the shared picture is put at kPicturePath.
 const std::string &work_dir();
+
+// Empties SDL's event queue.
+void drain_events();
+
+// What every input starts from: no events queued, the pointer at (0, 0).
+void reset_input_state();
+
+// Changes whenever the shared display is set up anew (after something in the
+// process quit SDL): anything made on the old one is stale.
+uint32_t display_generation();
 
 // Writes size bytes to path, replacing the file.
 void write_file(const std::string &path, const uint8_t *data, std::size_t size);
 
-// SDL with the dummy video driver at 640 x 480 x 32, SDL_ttf and the DejaVu
-// font, and a zeroed context holding them, as an application sets it up.
-// vel_close ends the session (it quits SDL); the destructor calls it when
-// the harness has not.
+// A zeroed context as an application sets it up, on SDL's dummy video driver
+// at 640 x 480 x 32 with the DejaVu font.  The display and the font are made
+// once per process and shared by every session; close (or the destructor)
+// releases the session's form with vel_unload_form and keeps them.
 class Session {
 public:
     Session();
@@ -32,6 +42,7 @@ public:
     Session &operator=(const Session &) = delete;
 
     vel_context &ctx() { return *ctx_; }
+    const vel_context &ctx() const { return *ctx_; }
     void close();
 
 private:

@@ -291,12 +291,20 @@ int32_t vel_load_object_images(vel_context *ctx, uint32_t first);
  * the result of the last one: 1 opened, -1 failed. */
 int32_t vel_load_object_fonts(vel_context *ctx, uint32_t first);
 
-/* Closes the context font, frees text_surface and screen, closes the own
- * fonts and frees the pictures of the loaded objects 1..object_count, frees
- * text records and line buffers when texts_loaded is 1, frees the object
- * table, then quits SDL_ttf and SDL.  Every pointer it frees is set to null,
- * so nothing is freed twice; with texts_loaded 0 the text memory stays
- * allocated (and its pointers stay set). */
+/* Releases the form that vel_load_form or vel_start_velumo loaded, and
+ * nothing else: the display, the context font and SDL stay, so another form
+ * can be loaded into the same context.  Closes the own fonts and frees the
+ * pictures of the loaded objects 1..object_count, frees text records and
+ * line buffers when texts_loaded is 1 (text_count becomes 0), and frees the
+ * object table.  Writes object_count, active_window, window_to_activate,
+ * cursor_object and window_count to 0, since they name objects that are
+ * gone; every pointer it frees is set to null.  With texts_loaded 0 the
+ * text memory stays allocated (and its pointers stay set). */
+void vel_unload_form(vel_context *ctx);
+
+/* Closes the context font, frees text_surface and screen, releases the
+ * form as vel_unload_form does, then quits SDL_ttf and SDL.  Every pointer
+ * it frees is set to null, so nothing is freed twice. */
 void vel_close(vel_context *ctx);
 
 /* ========================================================================

@@ -53,8 +53,8 @@ void warn_partial_records(const char *path, const char *what, long size, std::si
 {
     const auto bytes = static_cast<std::size_t>(size);
     if (bytes < record)
-        std::fprintf(stderr, "velumo: warning: %s file '%s' holds no whole %zu-byte record\n",
-                     what, path, record);
+        std::fprintf(stderr, "velumo: warning: %s file '%s' holds no whole %zu-byte record\n", what,
+                     path, record);
     else if (bytes % record != 0)
         std::fprintf(stderr,
                      "velumo: warning: %s file '%s' ends in %zu bytes that are no whole %zu-byte "
@@ -167,8 +167,7 @@ void copy_record_into_object(const vel_object_file_rec &r, vel_object &o, uint32
 }
 
 // Loads the form file into ctx->objects.  On failure nothing stays allocated.
-LoadStatus load_objects(vel_context *ctx, uint32_t extra_objs, const char *form_path,
-                        Access access)
+LoadStatus load_objects(vel_context *ctx, uint32_t extra_objs, const char *form_path, Access access)
 {
     File file = open_file(form_path, access, "form");
     if (!file) {
@@ -219,8 +218,7 @@ bool texts_needed(const vel_context *ctx)
 // Loads the text file.  The line buffers get one spare, zeroed buffer behind
 // the block: formatting may step from line 39 of the last buffer into "line
 // 40", which lands there.  On failure nothing stays allocated.
-LoadStatus load_texts(vel_context *ctx, uint32_t extra_texts, const char *text_path,
-                      Access access)
+LoadStatus load_texts(vel_context *ctx, uint32_t extra_texts, const char *text_path, Access access)
 {
     File file = open_file(text_path, access, "text");
     if (!file) {
@@ -422,15 +420,8 @@ int32_t vel_load_object_fonts(vel_context *ctx, uint32_t first)
     return result;
 }
 
-void vel_close(vel_context *ctx)
+void vel_unload_form(vel_context *ctx)
 {
-    if (ctx->font) TTF_CloseFont(ctx->font);
-    ctx->font = nullptr;
-    SDL_FreeSurface(ctx->text_surface);
-    ctx->text_surface = nullptr;
-    SDL_FreeSurface(ctx->screen);
-    ctx->screen = nullptr;
-
     if (ctx->objects) {
         const uint32_t last = velumo::detail::loaded_object_count(ctx);
         for (uint32_t k = 1; k <= last; ++k) {
@@ -450,10 +441,27 @@ void vel_close(vel_context *ctx)
         ctx->text_recs = nullptr;
         std::free(ctx->text_bufs);
         ctx->text_bufs = nullptr;
+        ctx->text_count = 0;
     }
     std::free(ctx->objects);
     ctx->objects = nullptr;
+    ctx->object_count = 0;
+    // Numbers of the unloaded objects mean nothing any more.
+    ctx->active_window = 0;
+    ctx->window_to_activate = 0;
+    ctx->cursor_object = 0;
+    ctx->window_count = 0;
+}
 
+void vel_close(vel_context *ctx)
+{
+    if (ctx->font) TTF_CloseFont(ctx->font);
+    ctx->font = nullptr;
+    SDL_FreeSurface(ctx->text_surface);
+    ctx->text_surface = nullptr;
+    SDL_FreeSurface(ctx->screen);
+    ctx->screen = nullptr;
+    vel_unload_form(ctx);
     TTF_Quit();
     SDL_Quit();
 }

@@ -206,8 +206,8 @@ uint32_t dependent_width(vel_context *ctx, uint32_t obj, uint32_t steps)
 uint32_t dependent_height(vel_context *ctx, uint32_t obj, uint32_t steps)
 {
     const auto master = [ctx](uint32_t n) { return master_of(ctx, object(ctx, n)); };
-    const std::vector<uint32_t> chain = chain_from(
-        obj, steps, [&](uint32_t n) { return master(master(n)); });
+    const std::vector<uint32_t> chain =
+        chain_from(obj, steps, [&](uint32_t n) { return master(master(n)); });
     uint32_t height = vel_p_cutted_h_independent(ctx, master(chain.back()));
     for (auto n = chain.rbegin(); n != chain.rend(); ++n) {
         const vel_object &o = object(ctx, *n);

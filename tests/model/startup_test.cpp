@@ -226,7 +226,8 @@ TEST_F(StartUp, LoadingExplainsFileProblemsOnStandardError)
     constexpr long record = sizeof(vel_object_file_rec);
     const Case cases[] = {
         {"missing", -1, "velumo: cannot open form file '%s': No such file or directory\n"},
-        {"no whole record", 100, "velumo: warning: form file '%s' holds no whole 776-byte record\n"},
+        {"no whole record", 100,
+         "velumo: warning: form file '%s' holds no whole 776-byte record\n"},
         {"trailing bytes", 2 * record + 5,
          "velumo: warning: form file '%s' ends in 5 bytes that are no whole 776-byte record; "
          "they are ignored\n"},
@@ -354,6 +355,36 @@ TEST_F(StartUp, CloseFreesEverythingOnceAndLeavesTextsWhenAsked)
     EXPECT_EQ(ctx().text_bufs, buffers);
     std::free(records);
     std::free(buffers);
+}
+
+// Unloading keeps the display and the default font, so a second form loads
+// into the same context; numbers of the first form's objects are cleared.
+TEST_F(StartUp, UnloadReleasesTheFormAndKeepsTheDisplay)
+{
+    FormBuilder form = form_of(9);
+    form.object(9).text_index = 1;
+    form.object(9).font_choice = 1;
+    form.object(9).font_size = 12;
+    set_string(form.object(9).font_path, kFontPath);
+    TextBuilder texts;
+    texts.set(1, "hello");
+    load(form, &texts);
+    ctx().texts_loaded = 1;
+    ctx().active_window = ctx().cursor_object = ctx().window_to_activate = 9;
+    ctx().window_count = 1;
+    vel_unload_form(&ctx());
+    EXPECT_EQ(ctx().objects, nullptr);
+    EXPECT_EQ(ctx().text_recs, nullptr);
+    EXPECT_EQ(ctx().object_count + ctx().text_count + ctx().active_window + ctx().cursor_object +
+                  ctx().window_to_activate + ctx().window_count,
+              0u);
+    ASSERT_NE(ctx().screen, nullptr);
+    ASSERT_NE(ctx().font, nullptr);
+
+    const std::string second = dir_.path("second.vel");
+    form_of(12).write(second);
+    ASSERT_EQ(vel_load_form(&ctx(), 0, 0, second.c_str(), "x"), 1);
+    EXPECT_EQ(ctx().object_count, 12u);
 }
 
 } // namespace
