@@ -63,8 +63,8 @@ std::size_t edit_distance(std::string_view a, std::string_view b)
 
 std::string_view nearest(std::string_view word, std::span<const std::string_view> candidates)
 {
-    // A near miss differs in at most a third of its letters, and in two at most.
-    const std::size_t limit = std::min<std::size_t>(2, std::max<std::size_t>(1, word.size() / 3));
+    // A near miss is one letter off in a short word, two in a longer one.
+    const std::size_t limit = word.size() <= 3 ? 1 : 2;
     std::string_view best;
     std::size_t best_distance = limit + 1;
     for (std::string_view candidate : candidates) {
@@ -90,6 +90,14 @@ std::string one_of(std::span<const std::string_view> words)
         if (i > 0) out += i + 1 == words.size() ? " or " : ", ";
         out += words[i];
     }
+    return out;
+}
+
+std::string list_of(std::span<const std::string_view> words)
+{
+    std::string out;
+    for (std::string_view word : words)
+        out += (out.empty() ? "" : ", ") + std::string(word);
     return out;
 }
 

@@ -43,4 +43,7 @@ std::string did_you_mean(std::string_view word, std::span<const std::string_view
 // "a, b or c".
 std::string one_of(std::span<const std::string_view> words);
 
+// "a, b, c".
+std::string list_of(std::span<const std::string_view> words);
+
 } // namespace velform

@@ -310,7 +310,7 @@ private:
         }
         if (!table.contains("type"))
             error(table.source().begin,
-                  "the object has no type; valid: " + one_of(kTypeWords) + " or a number");
+                  "the object has no type; valid: " + list_of(kTypeWords) + ", or a number");
         const std::vector<std::string_view> keys = object_keys();
         for (auto &&[key, node] : table) {
             where_.keys[{n, std::string(key.str())}] = key.source().begin;
@@ -414,7 +414,7 @@ private:
                   (word ? "'" + word->get() + "' is not a " + std::string(field.what) +
                               did_you_mean(word->get(), field.words)
                         : "found " + describe(node)) +
-                  "; valid: " + one_of(field.words) + " or a number");
+                  "; valid: " + list_of(field.words) + ", or a number");
     }
 
     void read_colour(vel_object_file_rec &o, const FieldSpec &field, const toml::node &node)
