@@ -115,7 +115,8 @@ std::vector<Record> records_of(std::span<const uint8_t> bytes, const std::string
                                Diagnostics &d)
 {
     std::vector<Record> records(bytes.size() / sizeof(Record));
-    if (!records.empty()) std::memcpy(records.data(), bytes.data(), records.size() * sizeof(Record));
+    if (!records.empty())
+        std::memcpy(records.data(), bytes.data(), records.size() * sizeof(Record));
     if (const std::size_t rest = bytes.size() % sizeof(Record); rest != 0)
         d.warning(name, std::to_string(rest) + " bytes after the last whole record of " +
                             std::to_string(sizeof(Record)) + " bytes are ignored");

@@ -45,10 +45,10 @@ private:
     {
         const vel_object_file_rec &o = form_.object(n);
         if (o.type >= kTypeWords.size())
-            d_.error(where_.object(n, "type"),
-                     "type code " + std::to_string(o.type) +
-                         " is not one the library knows; valid: 0.." +
-                         std::to_string(kTypeWords.size() - 1) + " (" + one_of(kTypeWords) + ")");
+            d_.error(where_.object(n, "type"), "type code " + std::to_string(o.type) +
+                                                   " is not one the library knows; valid: 0.." +
+                                                   std::to_string(kTypeWords.size() - 1) + " (" +
+                                                   one_of(kTypeWords) + ")");
         if (o.master == n) {
             numbers_inside_ = false;
             d_.error(where_.object(n, "master"), "the object is its own master");
@@ -76,8 +76,8 @@ private:
                     std::string_view what)
     {
         if (path.empty()) {
-            d_.warning(where_.object(n, field), "no " + std::string(what) + " named; " +
-                                                    std::string(field) + " is empty");
+            d_.warning(where_.object(n, field),
+                       "no " + std::string(what) + " named; " + std::string(field) + " is empty");
             return;
         }
         const std::filesystem::path file = where_.asset(n, field);
@@ -144,8 +144,8 @@ private:
     {
         for (uint32_t n = 1; n <= form_.object_count(); ++n) {
             std::vector<uint32_t> chain{n};
-            for (uint32_t m = form_.object(n).master; m != 0 && chain.size() <= form_.objects.size();
-                 m = form_.object(m).master) {
+            for (uint32_t m = form_.object(n).master;
+                 m != 0 && chain.size() <= form_.objects.size(); m = form_.object(m).master) {
                 if (m == n) {
                     if (*std::min_element(chain.begin(), chain.end()) == n)
                         d_.error(where_.object(n, "master"),
@@ -201,7 +201,7 @@ private:
 std::string object_range(const Form &form)
 {
     return form.object_count() == 0 ? "the table is empty"
-                                     : "objects 1.." + std::to_string(form.object_count());
+                                    : "objects 1.." + std::to_string(form.object_count());
 }
 
 void check_form(const Form &form, const Locator &where, Severity disagreement,

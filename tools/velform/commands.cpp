@@ -48,17 +48,19 @@ int compile_command(const CompileOptions &options, std::ostream &messages)
         d.has_errors() ? std::nullopt : read_toml_form(options.form, options.asset_dir, d);
     if (!form) return d.report(messages);
     std::error_code ignored;
-    if (options.output.has_parent_path()) fs::create_directories(options.output.parent_path(), ignored);
+    if (options.output.has_parent_path())
+        fs::create_directories(options.output.parent_path(), ignored);
     std::string error;
     if (!write_binary_form(*form, options.output, error)) d.error(options.output.string(), error);
     fs::path header = options.output;
     header += ".h";
     const std::string prefix = options.prefix.value_or(default_prefix(options.form));
-    write_file(header,
-               [&](std::ostream &out) {
-                   write_header(*form, prefix, options.form.filename().string(), out);
-               },
-               d);
+    write_file(
+        header,
+        [&](std::ostream &out) {
+            write_header(*form, prefix, options.form.filename().string(), out);
+        },
+        d);
     return d.report(messages);
 }
 
@@ -76,11 +78,12 @@ int decompile_command(const DecompileOptions &options, std::ostream &messages)
     Diagnostics d;
     const std::optional<Form> form = read_binary_form(options.form, options.texts, d);
     if (form)
-        write_file(options.output,
-                   [&](std::ostream &out) {
-                       write_toml_form(*form, options.form.filename().string(), out);
-                   },
-                   d);
+        write_file(
+            options.output,
+            [&](std::ostream &out) {
+                write_toml_form(*form, options.form.filename().string(), out);
+            },
+            d);
     return d.report(messages);
 }
 

@@ -31,8 +31,8 @@ bool Diagnostics::has_errors() const
 void Diagnostics::print(std::ostream &out) const
 {
     for (const Diagnostic &d : list_)
-        out << d.where << (d.severity == Severity::Error ? ": error: " : ": warning: ")
-            << d.message << '\n';
+        out << d.where << (d.severity == Severity::Error ? ": error: " : ": warning: ") << d.message
+            << '\n';
 }
 
 int Diagnostics::report(std::ostream &out) const

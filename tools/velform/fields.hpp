@@ -20,7 +20,7 @@ using StringField = char (vel_object_file_rec::*)[sizeof(vel_object_file_rec::la
 struct FieldSpec {
     std::string_view key;
     FieldKind kind;
-    NumberField number = nullptr;             // the field, or red of a colour
+    NumberField number = nullptr; // the field, or red of a colour
     NumberField green = nullptr;
     NumberField blue = nullptr;
     StringField string = nullptr;
@@ -31,8 +31,8 @@ struct FieldSpec {
 // Words of the choice fields; values from the last word on all mean what
 // the last word says, and any number is accepted.
 inline constexpr std::array<std::string_view, 10> kTypeWords{
-    "empty", "window", "label", "text", "picture", "entry", "number", "menu", "chain",
-    "picture_loaded"};
+    "empty", "window", "label", "text",  "picture",
+    "entry", "number", "menu",  "chain", "picture_loaded"};
 inline constexpr std::array<std::string_view, 3> kFontChoiceWords{"default", "own", "none"};
 inline constexpr std::array<std::string_view, 3> kWindowKindWords{"full", "reduced", "keep"};
 inline constexpr std::array<std::string_view, 6> kBorderStyleWords{

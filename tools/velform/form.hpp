@@ -38,8 +38,8 @@ struct Form {
 // The seven frame buttons a form gets when it names none: 16 x 16 labels,
 // framed, whose one-character captions show what they do in resize mode.
 inline constexpr std::array<std::string_view, kFrameButtons> kFrameButtonNames{
-    "frame_move", "frame_shorter", "frame_taller", "frame_mode",
-    "frame_narrower", "frame_wider", "frame_close"};
+    "frame_move",     "frame_shorter", "frame_taller", "frame_mode",
+    "frame_narrower", "frame_wider",   "frame_close"};
 vel_object_file_rec standard_frame_button(std::size_t index);
 
 // The text of a string field, up to its NUL (or the whole field).

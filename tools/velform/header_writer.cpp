@@ -38,8 +38,7 @@ void write_header(const Form &form, std::string_view prefix, std::string_view or
         out << "#define " << p << macro_case(form.names[n - 1]) << " " << n << "\n";
     out << "#define " << p << "OBJECT_COUNT " << form.object_count() << "\n\n";
     for (uint32_t t = 1; t <= form.text_count(); ++t)
-        out << "#define " << p << "TEXT_" << macro_case(form.text_names[t - 1]) << " " << t
-            << "\n";
+        out << "#define " << p << "TEXT_" << macro_case(form.text_names[t - 1]) << " " << t << "\n";
     out << "#define " << p << "TEXT_COUNT " << form.text_count() << "\n\n#endif\n";
 }
 

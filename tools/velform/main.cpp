@@ -55,11 +55,14 @@ int main(int argc, char **argv)
     std::optional<std::filesystem::path> check_texts;
     CLI::App *check_app = app.add_subcommand(
         "check", "Check TOML and binary forms and print every problem; exit status 1 on errors");
-    check_app->add_option("files", check_files, "Forms: FORM.toml, or FORM.vfm with FORM.vtx "
-                                                "beside it")
+    check_app
+        ->add_option("files", check_files,
+                     "Forms: FORM.toml, or FORM.vfm with FORM.vtx "
+                     "beside it")
         ->required();
     check_app->add_option("--texts", check_texts, "Text file of the binary forms");
-    check_app->callback([&] { status = velform::check_command(check_files, check_texts, std::cerr); });
+    check_app->callback(
+        [&] { status = velform::check_command(check_files, check_texts, std::cerr); });
 
     velform::DecompileOptions decompile;
     CLI::App *decompile_app = app.add_subcommand(
@@ -88,7 +91,8 @@ int main(int argc, char **argv)
         ->capture_default_str();
     render_app->add_option("--font", render.font, "TrueType font of the objects with font_choice 0")
         ->capture_default_str();
-    render_app->add_option("--font-size", render.font_size, "Its point size")->capture_default_str();
+    render_app->add_option("--font-size", render.font_size, "Its point size")
+        ->capture_default_str();
     render_app->callback([&] {
         if (const std::string error = parse_size(size, render); !error.empty())
             throw CLI::ValidationError("--size", error);

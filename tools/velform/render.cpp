@@ -61,8 +61,8 @@ public:
         }
         ctx_.screen_width = static_cast<uint32_t>(options.width);
         ctx_.screen_height = static_cast<uint32_t>(options.height);
-        ctx_.screen_rect = SDL_Rect{0, 0, static_cast<Uint16>(options.width),
-                                    static_cast<Uint16>(options.height)};
+        ctx_.screen_rect =
+            SDL_Rect{0, 0, static_cast<Uint16>(options.width), static_cast<Uint16>(options.height)};
         ctx_.background_colour = {250, 250, 250};
         ctx_.mark_colour_a = {200, 40, 40};
         ctx_.mark_colour_b = {40, 40, 200};
@@ -116,8 +116,7 @@ int render_command(const RenderOptions &options, std::ostream &messages)
     Diagnostics d;
     if (options.depth != 8 && options.depth != 16 && options.depth != 32)
         d.error("--depth", std::to_string(options.depth) + " is not a depth; valid: 8, 16 or 32");
-    if (options.width <= 0 || options.height <= 0 || options.width > 8192 ||
-        options.height > 8192)
+    if (options.width <= 0 || options.height <= 0 || options.width > 8192 || options.height > 8192)
         d.error("--size", "expected WIDTHxHEIGHT, each 1..8192");
     const ScratchDir scratch;
     fs::path form_file = options.form;

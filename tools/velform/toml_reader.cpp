@@ -134,7 +134,10 @@ public:
     }
 
 private:
-    void error(const Position &p, std::string message) { d_.error(where_.at(p), std::move(message)); }
+    void error(const Position &p, std::string message)
+    {
+        d_.error(where_.at(p), std::move(message));
+    }
 
     void read_form_keys(const toml::table &root)
     {
@@ -148,8 +151,8 @@ private:
             if (const auto *dir = node->as_string())
                 asset_dir_ = dir->get();
             else
-                error(node->source().begin, "asset_dir: expected a string (a directory), found " +
-                                                describe(*node));
+                error(node->source().begin,
+                      "asset_dir: expected a string (a directory), found " + describe(*node));
         }
         if (asset_option_) asset_dir_ = *asset_option_;
     }
@@ -171,8 +174,8 @@ private:
     {
         const auto *value = node.as_string();
         if (!value) {
-            error(node.source().begin, std::string(key) + ": expected a string, found " +
-                                           describe(node));
+            error(node.source().begin,
+                  std::string(key) + ": expected a string, found " + describe(node));
             return std::nullopt;
         }
         std::string text;
@@ -205,8 +208,8 @@ private:
         if (!texts) return;
         const toml::table *table = texts->as_table();
         if (!table) {
-            error(texts->source().begin, "texts: expected a table of named texts, found " +
-                                             describe(*texts));
+            error(texts->source().begin,
+                  "texts: expected a table of named texts, found " + describe(*texts));
             return;
         }
         std::vector<std::pair<const toml::key *, const toml::node *>> entries;
@@ -296,8 +299,8 @@ private:
     {
         if (const auto *name = node.as_string()) return {node.source().begin, name->get()};
         if (node.is_integer()) return {node.source().begin, number(node, key).value_or(0)};
-        error(node.source().begin, std::string(key) + ": expected a name or a number, found " +
-                                       describe(node));
+        error(node.source().begin,
+              std::string(key) + ": expected a name or a number, found " + describe(node));
         return {node.source().begin, uint32_t{0}};
     }
 
@@ -337,8 +340,8 @@ private:
                 for (const toml::node &child : *children)
                     refs.children.push_back(reference(child, "children"));
             else
-                error(node.source().begin, "children: expected an array of names, found " +
-                                               describe(node));
+                error(node.source().begin,
+                      "children: expected an array of names, found " + describe(node));
         } else if (k == "master") {
             refs.master = reference(node, "master");
         } else if (const FieldSpec *field = field_named(k)) {
@@ -362,13 +365,14 @@ private:
         const std::string &name = std::get<std::string>(ref.target);
         const auto found = std::find(form_.text_names.begin(), form_.text_names.end(), name);
         if (found != form_.text_names.end()) {
-            form_.object(n).text_index = static_cast<uint32_t>(found - form_.text_names.begin() + 1);
+            form_.object(n).text_index =
+                static_cast<uint32_t>(found - form_.text_names.begin() + 1);
             return;
         }
         const std::vector<std::string_view> names(form_.text_names.begin(), form_.text_names.end());
-        error(ref.where, "text: no text is named '" + name + "'" + did_you_mean(name, names) +
-                             (names.empty() ? "; the form has no [texts]"
-                                            : "; texts: " + one_of(names)));
+        error(ref.where,
+              "text: no text is named '" + name + "'" + did_you_mean(name, names) +
+                  (names.empty() ? "; the form has no [texts]" : "; texts: " + one_of(names)));
     }
 
     void read_field(vel_object_file_rec &o, const FieldSpec &field, const toml::node &node)
@@ -403,8 +407,8 @@ private:
             return;
         }
         const auto *word = node.as_string();
-        const auto found =
-            word ? std::find(field.words.begin(), field.words.end(), word->get()) : field.words.end();
+        const auto found = word ? std::find(field.words.begin(), field.words.end(), word->get())
+                                : field.words.end();
         if (found != field.words.end()) {
             o.*field.number = static_cast<uint32_t>(found - field.words.begin());
             return;
@@ -422,9 +426,9 @@ private:
         const NumberField parts[3] = {field.number, field.green, field.blue};
         if (const auto *text = node.as_string()) {
             const std::string &s = text->get();
-            if (s.size() == 7 && s[0] == '#' &&
-                std::all_of(s.begin() + 1, s.end(),
-                            [](char c) { return std::isxdigit(static_cast<unsigned char>(c)); })) {
+            if (s.size() == 7 && s[0] == '#' && std::all_of(s.begin() + 1, s.end(), [](char c) {
+                    return std::isxdigit(static_cast<unsigned char>(c));
+                })) {
                 for (int i = 0; i < 3; ++i)
                     o.*parts[i] =
                         static_cast<uint32_t>(std::stoul(s.substr(1 + 2 * i, 2), nullptr, 16));
@@ -435,11 +439,11 @@ private:
                 o.*parts[i] = number((*array)[i], field.key).value_or(0);
             return;
         }
-        error(node.source().begin, std::string(field.key) +
-                                       ": expected a colour \"#rrggbb\" or [red, green, blue], "
-                                       "found " +
-                                       (node.is_string() ? "\"" + *node.value<std::string>() + "\""
-                                                         : describe(node)));
+        error(node.source().begin,
+              std::string(field.key) +
+                  ": expected a colour \"#rrggbb\" or [red, green, blue], "
+                  "found " +
+                  (node.is_string() ? "\"" + *node.value<std::string>() + "\"" : describe(node)));
     }
 
     // Names must be unique, also as the header's upper-case macros.
@@ -450,11 +454,11 @@ private:
                                const Position &p) {
             const auto [it, fresh] = macros.emplace(macro, p);
             if (!fresh)
-                error(p, "name '" + name + "' is taken" +
-                             (it->second.line == 0
-                                  ? " by the header's count macro"
-                                  : " already (at " + where_.at(it->second) +
-                                        "; names must differ also in upper case)"));
+                error(p,
+                      "name '" + name + "' is taken" +
+                          (it->second.line == 0 ? " by the header's count macro"
+                                                : " already (at " + where_.at(it->second) +
+                                                      "; names must differ also in upper case)"));
         };
         for (uint32_t n = 1; n <= form_.object_count(); ++n)
             claim(upper(form_.names[n - 1]), form_.names[n - 1], name_position(n));
@@ -477,8 +481,8 @@ private:
         const std::string &name = std::get<std::string>(ref.target);
         if (const auto found = numbers_.find(name); found != numbers_.end()) return found->second;
         const std::vector<std::string_view> names(form_.names.begin(), form_.names.end());
-        error(ref.where, std::string(key) + ": no object is named '" + name + "'" +
-                             did_you_mean(name, names));
+        error(ref.where,
+              std::string(key) + ": no object is named '" + name + "'" + did_you_mean(name, names));
         return 0;
     }
 
@@ -490,8 +494,7 @@ private:
             if (children.size() > kMaxDependents)
                 error(where_.keys.at({n, "children"}),
                       "children: " + std::to_string(children.size()) +
-                          " dependents; an object holds at most " +
-                          std::to_string(kMaxDependents));
+                          " dependents; an object holds at most " + std::to_string(kMaxDependents));
             for (std::size_t i = 0; i < std::min(children.size(), kMaxDependents); ++i) {
                 const uint32_t child = resolve(children[i], "children");
                 form_.object(n).dep_objs[i] = child;
@@ -523,8 +526,7 @@ private:
     {
         for (uint32_t n = 1; n <= form_.object_count(); ++n)
             for (const FieldSpec &field : kFields)
-                if (field.kind == FieldKind::String && field.key != "label")
-                    rewrite_path(n, field);
+                if (field.kind == FieldKind::String && field.key != "label") rewrite_path(n, field);
     }
 
     // A relative path is looked for beside the form (with an empty asset_dir,
@@ -539,8 +541,7 @@ private:
         where_.assets[{n, key}] =
             relative && !asset_dir_.empty() ? file_.parent_path() / path : fs::path(path);
         if (!relative || asset_dir_.empty()) return;
-        const std::string written =
-            asset_dir_ + (asset_dir_.back() == '/' ? "" : "/") + path;
+        const std::string written = asset_dir_ + (asset_dir_.back() == '/' ? "" : "/") + path;
         if (written.size() > kMaxStringLength) {
             error(where_.keys.at({n, key}),
                   key + ": '" + path + "' is written as '" + written + "' (" +

@@ -27,10 +27,7 @@ bool same_record(const vel_object_file_rec &a, const vel_object_file_rec &b)
 
 class TomlWriter {
 public:
-    TomlWriter(const Form &form, std::ostream &out) : form_(form), out_(out)
-    {
-        count_listings();
-    }
+    TomlWriter(const Form &form, std::ostream &out) : form_(form), out_(out) { count_listings(); }
 
     void write(std::string_view origin)
     {
@@ -174,8 +171,8 @@ private:
         const std::string_view body = field_text(text.text);
         out_ << form_.text_names[t - 1] << " = ";
         if (text.cursor_index != 0)
-            out_ << "{ text = " << toml_string(body)
-                 << ", cursor_index = " << text.cursor_index << " }\n";
+            out_ << "{ text = " << toml_string(body) << ", cursor_index = " << text.cursor_index
+                 << " }\n";
         else
             out_ << toml_string(body, body.find('\n') != std::string_view::npos) << "\n";
     }

@@ -52,14 +52,15 @@ const TomlCase kTomlCases[] = {
     {"unknown_form_key", "objects = 1\n", 1,
      "form.toml:1:1: error: unknown key 'objects' (did you mean 'object'?); valid: asset_dir, "
      "frame_button, object or texts"},
-    {"syntax", "[[object]]\nname = \n", 1, "form.toml:2:8: error: Error while parsing key-value pair: expected value, saw '\\n'"},
+    {"syntax", "[[object]]\nname = \n", 1,
+     "form.toml:2:8: error: Error while parsing key-value pair: expected value, saw '\\n'"},
     {"duplicate_name", kWindow + "[[object]]\nname = \"OK\"\ntype = \"label\"\n", 1,
      "form.toml:16:1: error: name 'OK' is taken already (at form.toml:9:1; names must differ "
      "also in upper case)"},
     {"unknown_name", kWindow + "children = [\"okk\"]\n", 1,
      "form.toml:15:13: error: children: no object is named 'okk' (did you mean 'ok'?)"},
-    {"two_parents", kWindow + "[[object]]\nname = \"other\"\ntype = \"label\"\nchildren = [\"ok\"]\n",
-     1,
+    {"two_parents",
+     kWindow + "[[object]]\nname = \"other\"\ntype = \"label\"\nchildren = [\"ok\"]\n", 1,
      "form.toml:18:13: error: children: 'ok' is already a child of 'win'; an object has one "
      "master (list it once, or give it an explicit master)"},
     {"cycle",
@@ -95,14 +96,15 @@ const TomlCase kTomlCases[] = {
      "form.toml:15:8: error: fill: expected a colour \"#rrggbb\" or [red, green, blue], found "
      "\"red\""},
     {"bad_number", kWindow + "max_chars = -4\n", 1,
-     "form.toml:15:13: error: max_chars: expected a whole number from 0 to 4294967295, found one out of "
+     "form.toml:15:13: error: max_chars: expected a whole number from 0 to 4294967295, found one "
+     "out of "
      "range"},
     {"missing_picture",
      kWindow + "[[object]]\nname = \"pic\"\ntype = \"picture\"\nwidth = 1\nheight = 1\n"
                "image_path = \"missing.png\"\n",
      1, "form.toml:20:1: error: picture 'missing.png' does not exist"},
-    {"long_path", "asset_dir = \"/" + std::string(60, 'd') + "\"\n" + kWindow +
-                      "image_path = \"picture.png\"\n",
+    {"long_path",
+     "asset_dir = \"/" + std::string(60, 'd') + "\"\n" + kWindow + "image_path = \"picture.png\"\n",
      1,
      "form.toml:16:1: error: image_path: 'picture.png' is written as '/" + std::string(60, 'd') +
          "/picture.png' (73 bytes), over the limit of 67; give a shorter directory with "
@@ -128,7 +130,9 @@ TEST(Check, TomlFormsReportEachProblemAtItsPlace)
         });
         EXPECT_EQ(outcome.status, c.status) << c.name << "\n" << outcome.messages;
         EXPECT_NE(outcome.messages.find(c.line + "\n"), std::string::npos)
-            << c.name << ": expected\n" << c.line << "\ngot\n" << outcome.messages;
+            << c.name << ": expected\n"
+            << c.line << "\ngot\n"
+            << outcome.messages;
     }
 }
 
@@ -177,7 +181,9 @@ const BinaryCase kBinaryCases[] = {
      "form.vfm: object 9: type: error: type code 10 is not one the library knows; valid: 0..9 "
      "(empty, window, label, text, picture, entry, number, menu, chain or picture_loaded)"},
     {"string_without_nul",
-     [](BinaryForm &f) { std::fill(std::begin(f.form.object(9).label), std::end(f.form.object(9).label), 'x'); },
+     [](BinaryForm &f) {
+         std::fill(std::begin(f.form.object(9).label), std::end(f.form.object(9).label), 'x');
+     },
      1,
      "form.vfm: object 9: label: error: no NUL within its 68 bytes; the library cuts it at 67 "
      "characters, the most a string may have"},
@@ -228,7 +234,9 @@ TEST(Check, BinaryFormsReportEachProblemByObjectAndField)
         });
         EXPECT_EQ(outcome.status, c.status) << c.name << "\n" << outcome.messages;
         EXPECT_NE(outcome.messages.find(c.line + "\n"), std::string::npos)
-            << c.name << ": expected\n" << c.line << "\ngot\n" << outcome.messages;
+            << c.name << ": expected\n"
+            << c.line << "\ngot\n"
+            << outcome.messages;
     }
 }
 

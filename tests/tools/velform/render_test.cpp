@@ -104,7 +104,8 @@ TEST(Render, DrawsTheOpenedWindowAtEveryDepth)
         options.open = {"main"};
         options.output = dir.path("shot.png");
         options.depth = d.depth;
-        const Outcome outcome = run(dir, [&](std::ostream &out) { return render_command(options, out); });
+        const Outcome outcome =
+            run(dir, [&](std::ostream &out) { return render_command(options, out); });
         ASSERT_EQ(outcome.status, 0) << outcome.messages;
         const Image image = read_png(dir.path("shot.png"));
         ASSERT_EQ(image.width, 640) << "depth " << d.depth;
@@ -126,7 +127,8 @@ TEST(Render, RefusesUnknownWindowsAndDepths)
     options.output = dir.path("shot.png");
     Outcome outcome = run(dir, [&](std::ostream &out) { return render_command(options, out); });
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_EQ(outcome.messages, "--open: error: no object is named 'mian' (did you mean 'main'?)\n");
+    EXPECT_EQ(outcome.messages,
+              "--open: error: no object is named 'mian' (did you mean 'main'?)\n");
     options.depth = 24;
     outcome = run(dir, [&](std::ostream &out) { return render_command(options, out); });
     EXPECT_EQ(outcome.messages, "--depth: error: 24 is not a depth; valid: 8, 16 or 32\n");

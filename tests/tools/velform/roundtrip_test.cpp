@@ -50,7 +50,7 @@ public:
         const uint32_t count = kFrameButtons + pick(0, 12);
         for (uint32_t n = 1; n <= count; ++n) {
             form.objects.push_back(n <= kFrameButtons && pick(0, 1) ? standard_frame_button(n - 1)
-                                                                     : object());
+                                                                    : object());
             form.names.push_back(generated_object_name(n, form.objects.back().type));
         }
         for (uint32_t t = 1, texts = pick(0, 4); t <= texts; ++t) {
@@ -83,11 +83,29 @@ private:
     vel_object_file_rec object()
     {
         vel_object_file_rec o{};
-        for (uint32_t *word : {&o.x, &o.y, &o.width, &o.height, &o.fill_r, &o.fill_g, &o.fill_b,
-                               &o.font_size, &o.text_r, &o.border_b, &o.margin_left,
-                               &o.margin_bottom, &o.centred, &o.line_width, &o.line_spacing,
-                               &o.hidden, &o.window_kind, &o.editable, &o.max_chars,
-                               &o.border_style, &o.border_inset, &o.scroll_max_x, &o.clip_mode})
+        for (uint32_t *word : {&o.x,
+                               &o.y,
+                               &o.width,
+                               &o.height,
+                               &o.fill_r,
+                               &o.fill_g,
+                               &o.fill_b,
+                               &o.font_size,
+                               &o.text_r,
+                               &o.border_b,
+                               &o.margin_left,
+                               &o.margin_bottom,
+                               &o.centred,
+                               &o.line_width,
+                               &o.line_spacing,
+                               &o.hidden,
+                               &o.window_kind,
+                               &o.editable,
+                               &o.max_chars,
+                               &o.border_style,
+                               &o.border_inset,
+                               &o.scroll_max_x,
+                               &o.clip_mode})
             *word = pick(0, 1) ? any() : pick(0, 7);
         o.type = pick(0, 9);
         o.font_choice = pick(0, 4) == 0 ? 1 : pick(0, 1) * 2;

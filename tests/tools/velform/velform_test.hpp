@@ -22,8 +22,7 @@ struct Outcome {
     int status;
     std::string messages;
 };
-template <typename Command>
-Outcome run(const velumo::test::TempDir &dir, Command command)
+template <typename Command> Outcome run(const velumo::test::TempDir &dir, Command command)
 {
     std::ostringstream messages;
     const int status = command(messages);
