@@ -20,3 +20,4 @@ cmake -S "$source_dir/cmake_consumer" -B "$scratch/cmake_build" \
     -DCMAKE_PREFIX_PATH="$scratch/prefix" -DCMAKE_C_COMPILER="$c_compiler" >/dev/null
 cmake --build "$scratch/cmake_build" >/dev/null
 "$scratch/cmake_build/consumer"
+"$scratch/cmake_build/form_consumer"
