@@ -187,6 +187,13 @@ private:
                       " is not in Latin-1, the library's encoding (U+0000..U+00FF)");
             return std::nullopt;
         }
+        if (const std::size_t nul = text.find('\0'); nul != std::string::npos) {
+            error(node.source().begin,
+                  std::string(key) + ": character U+0000 at " + std::to_string(nul + 1) +
+                      " would end the string there; the library's strings end at their first "
+                      "NUL, so a string may not hold one");
+            return std::nullopt;
+        }
         if (text.size() > limit) {
             error(node.source().begin, std::string(key) + ": " + std::to_string(text.size()) +
                                            " bytes, over the limit of " + std::to_string(limit) +

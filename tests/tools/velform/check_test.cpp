@@ -86,6 +86,9 @@ const TomlCase kTomlCases[] = {
     {"not_latin1", kWindow + "label = \"5 \u20ac\"\n", 1,
      "form.toml:15:9: error: label: character U+20AC at 3 is not in Latin-1, the library's "
      "encoding (U+0000..U+00FF)"},
+    {"nul_in_string", kWindow + "label = \"a\\u0000b\"\n", 1,
+     "form.toml:15:9: error: label: character U+0000 at 2 would end the string there; the "
+     "library's strings end at their first NUL, so a string may not hold one"},
     {"type_code", kWindow + "[[object]]\nname = \"odd\"\ntype = 12\nwidth = 1\nheight = 1\n", 1,
      "form.toml:17:1: error: type code 12 is not one the library knows; valid: 0..9 (empty, "
      "window, label, text, picture, entry, number, menu, chain or picture_loaded)"},
