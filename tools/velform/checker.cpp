@@ -129,8 +129,12 @@ private:
             d_.add(disagreement_, where_.object(n, "master"),
                    "master is '" + form_.names[o.master - 1] +
                        "', but that object does not list it among its dependents");
+        // A chain head's list is its chain: the members may hang on another
+        // master (the window that moves and clips them).
+        const bool chain_head = o.type == VEL_TYPE_CHAIN && o.master == 0;
         for (uint32_t d : listed_dependents(o))
-            if (form_.object(d).master != n)
+            if (form_.object(d).master != n &&
+                !(chain_head && form_.object(d).type == VEL_TYPE_CHAIN))
                 d_.add(disagreement_, where_.object(n, "children"),
                        "lists '" + form_.names[d - 1] + "' as a dependent, but its master is " +
                            (form_.object(d).master == 0
