@@ -1,7 +1,7 @@
 // The text editor: applies one delivered key to the text of the cursor
 // object, moves and scrolls its text cursor, and redraws the active window.
-#include "internal.hpp"
-#include "text_access.hpp"
+#include "input/text_access.hpp"
+#include "model/tables.hpp"
 
 #include <algorithm>
 #include <string>

@@ -1,7 +1,7 @@
 // The selection loops: poll events, hand keys to translation and the editor,
 // and hit-test left-button releases until one lands on a stop object.
-#include "idle.hpp"
-#include "internal.hpp"
+#include "input/idle.hpp"
+#include "model/tables.hpp"
 
 namespace {
 

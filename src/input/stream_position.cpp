@@ -1,7 +1,7 @@
 // The two forms of a text cursor: the character index into the text, and the
 // line and column in the formatted lines, each computed from the other.
-#include "internal.hpp"
-#include "text_access.hpp"
+#include "input/text_access.hpp"
+#include "model/tables.hpp"
 
 #include <algorithm>
 #include <optional>

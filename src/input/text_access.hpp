@@ -2,7 +2,7 @@
 // outside a field answer 0 and writes outside are dropped, whatever the keys.
 #pragma once
 
-#include "internal.hpp"
+#include "model/tables.hpp"
 
 #include <algorithm>
 #include <cstring>

@@ -2,7 +2,7 @@
 // read and ordered into the context, and the names written into the rows.
 #include "menu/file_selector.hpp"
 
-#include "internal.hpp"
+#include "model/tables.hpp"
 
 #include <algorithm>
 #include <cstring>

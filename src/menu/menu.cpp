@@ -3,7 +3,8 @@
 #include "menu/menu.hpp"
 
 #include "input/idle.hpp"
-#include "internal.hpp"
+#include "layout/screen.hpp"
+#include "model/tables.hpp"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 // Start-up and shutdown: reads the form and text files into the context,
 // opens the objects' pictures and fonts, and releases everything at the end.
-#include "internal.hpp"
+#include "model/tables.hpp"
 
 #include <SDL_image.h>
 

@@ -1,6 +1,6 @@
 // String and number helpers: lengths, partial copies, digit and number
 // conversion, written without the C library so that their edge cases are ours.
-#include "internal.hpp"
+#include "model/tables.hpp"
 
 #include <array>
 

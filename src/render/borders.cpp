@@ -1,8 +1,8 @@
 // Object borders: the frame around the inner area or the shadow, drawn as
 // four one-pixel lines clipped to the area the object may use.
-#include "internal.hpp"
-#include "render/clip.hpp"
-#include "render/geometry.hpp"
+#include "layout/clip.hpp"
+#include "layout/geometry.hpp"
+#include "model/tables.hpp"
 
 #include <optional>
 

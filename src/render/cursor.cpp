@@ -1,6 +1,6 @@
 // The text cursor: a one-pixel vertical line of one font height at the
 // object's cursor position, in its text colour, clipped to its text area.
-#include "internal.hpp"
+#include "model/tables.hpp"
 
 namespace {
 

@@ -1,6 +1,7 @@
 // Selection marks of the active window: the outline one pixel outside its cut
 // rectangle and the 10 x 10 square left of its top corner, drawn and erased.
-#include "internal.hpp"
+#include "layout/screen.hpp"
+#include "model/tables.hpp"
 
 namespace {
 

@@ -1,8 +1,9 @@
 // Painting of one object: its body (box or picture) clipped to the screen
 // or its masters, its text lines or caption, then its border.
-#include "internal.hpp"
-#include "render/clip.hpp"
-#include "render/geometry.hpp"
+#include "layout/clip.hpp"
+#include "layout/geometry.hpp"
+#include "layout/screen.hpp"
+#include "model/tables.hpp"
 
 #include <cstring>
 #include <string>

@@ -1,6 +1,7 @@
 // Scene drawing: the order in which a whole form, one window or one object's
 // dependents are painted, the fitting and visibility of dependents, erasing.
-#include "internal.hpp"
+#include "layout/screen.hpp"
+#include "model/tables.hpp"
 
 #include <algorithm>
 

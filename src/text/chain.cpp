@@ -1,6 +1,6 @@
 // Flows a chain master's external stream through its chain members, moving
 // on to the next member's line 0 whenever a member's 40 lines are full.
-#include "text/layout.hpp"
+#include "text/line_breaking.hpp"
 
 #include <algorithm>
 #include <cstdio>

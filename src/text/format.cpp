@@ -1,6 +1,6 @@
 // Breaks the text of a window or text object into the 40 lines of its line
 // buffer, places single words, and centres the captions of buttons.
-#include "text/layout.hpp"
+#include "text/line_breaking.hpp"
 
 #include <algorithm>
 #include <cstring>

@@ -1,6 +1,6 @@
 // Puts new text into objects at run time, resets their text cursor, pads
 // labels with fill characters and reads external streams for text chains.
-#include "text/layout.hpp"
+#include "text/line_breaking.hpp"
 
 #include <algorithm>
 #include <cstdio>

@@ -2,7 +2,7 @@
 // shows, erasing a window's look, the objects that carry a text cursor.
 #pragma once
 
-#include "internal.hpp"
+#include "model/tables.hpp"
 
 #include <cstdint>
 

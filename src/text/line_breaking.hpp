@@ -2,7 +2,7 @@
 // limits, the word buffer, measuring, the space rule and the character walk.
 #pragma once
 
-#include "internal.hpp"
+#include "model/tables.hpp"
 
 #include <cstdint>
 

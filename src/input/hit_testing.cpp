@@ -1,6 +1,6 @@
 // Hit testing: which object lies under a screen point, from the frame buttons
 // through the active window and its dependents to the other windows and the desktop.
-#include "internal.hpp"
+#include "model/tables.hpp"
 
 namespace {
 

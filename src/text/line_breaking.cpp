@@ -1,6 +1,6 @@
 // Measuring and line-editing steps shared by the object formatter and the
 // chained flow: umlauts, widths, copying words and the space rule.
-#include "text/layout.hpp"
+#include "text/line_breaking.hpp"
 
 namespace velumo::detail {
 

@@ -1,8 +1,8 @@
 // Object geometry: the screen cut of top-level objects, usable sizes inside
 // masters, the root of a master chain and the exclusive clip limits.
-#include "render/geometry.hpp"
+#include "layout/geometry.hpp"
 
-#include "internal.hpp"
+#include "model/tables.hpp"
 
 #include <algorithm>
 #include <vector>
