@@ -19,17 +19,35 @@ inline void clamp_top_level_window(const vel_context *ctx, vel_object &o)
     if (static_cast<int32_t>(o.y) <= 24) o.y = 25;
 }
 
+// The part of a run from `start`, `size` pixels long, that lies on a screen
+// row or column of `extent` pixels: its first coordinate and its length.
+struct Span {
+    int64_t first;
+    int64_t length;
+};
+
+constexpr Span span_on_screen(int64_t start, int64_t size, int64_t extent)
+{
+    const int64_t first = std::clamp<int64_t>(start, 0, extent);
+    const int64_t end = std::clamp<int64_t>(start + size, first, extent);
+    return {first, end - first};
+}
+
+// A rectangle cut to a screen of width x height pixels.
+inline SDL_Rect cut_to_screen(int64_t x, int64_t y, int64_t w, int64_t h, int64_t width,
+                              int64_t height)
+{
+    const Span across = span_on_screen(x, w, width);
+    const Span down = span_on_screen(y, h, height);
+    return SDL_Rect{static_cast<Sint16>(across.first), static_cast<Sint16>(down.first),
+                    static_cast<Uint16>(across.length), static_cast<Uint16>(down.length)};
+}
+
 // Hands a rectangle to SDL_UpdateRects cut to the display surface: SDL
 // reads the pixels of every rectangle it is given without clipping.
 inline void update_screen_rect(vel_context *ctx, const SDL_Rect &rect)
 {
-    const SDL_Surface *screen = ctx->screen;
-    const int64_t left = std::clamp<int64_t>(rect.x, 0, screen->w);
-    const int64_t top = std::clamp<int64_t>(rect.y, 0, screen->h);
-    const int64_t right = std::clamp<int64_t>(int64_t{rect.x} + rect.w, left, screen->w);
-    const int64_t bottom = std::clamp<int64_t>(int64_t{rect.y} + rect.h, top, screen->h);
-    SDL_Rect cut{static_cast<Sint16>(left), static_cast<Sint16>(top),
-                 static_cast<Uint16>(right - left), static_cast<Uint16>(bottom - top)};
+    SDL_Rect cut = cut_to_screen(rect.x, rect.y, rect.w, rect.h, ctx->screen->w, ctx->screen->h);
     SDL_UpdateRects(ctx->screen, 1, &cut);
 }
 

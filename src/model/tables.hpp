@@ -129,6 +129,14 @@ inline char *record_text(vel_context *ctx, uint32_t text_index)
     return ctx->text_recs[text_index].text;
 }
 
+// The text record of an object, with the text and its cursor index: record
+// text_index, the unused record 0 for a number outside the text records.
+// Callers need the text tables.
+inline vel_text_rec &text_record(vel_context *ctx, const vel_object &o)
+{
+    return ctx->text_recs[text_number(ctx, o.text_index)];
+}
+
 // The font an object is measured and rendered with: the context font for
 // font_choice 0, its own font for 1, none for anything else.
 inline TTF_Font *object_font(vel_context *ctx, const vel_object &o)
@@ -136,6 +144,36 @@ inline TTF_Font *object_font(vel_context *ctx, const vel_object &o)
     if (o.font_choice == 0) return ctx->font;
     if (o.font_choice == 1) return o.own_font;
     return nullptr;
+}
+
+// ------------------------------------------------------------ objects
+
+// An object of width or height 0 is not drawn, not hit and, in most walks,
+// not descended into.
+constexpr bool has_size(const vel_object &o)
+{
+    return o.width != 0 && o.height != 0;
+}
+
+// Not hidden and of some size: what the scene paints, hit testing tries and
+// a menu highlights.
+constexpr bool is_visible(const vel_object &o)
+{
+    return o.hidden == 0 && has_size(o);
+}
+
+// Windows, text areas, entry fields and chain members show editable text
+// and may carry the text cursor.
+constexpr bool takes_cursor(uint32_t type)
+{
+    switch (type) {
+    case VEL_TYPE_WINDOW:
+    case VEL_TYPE_TEXT:
+    case VEL_TYPE_ENTRY:
+    case VEL_TYPE_NUMERIC_ENTRY:
+    case VEL_TYPE_CHAIN: return true;
+    default: return false;
+    }
 }
 
 // ------------------------------------------------------------------ walks

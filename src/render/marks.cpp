@@ -1,7 +1,9 @@
 // Selection marks of the active window: the outline one pixel outside its cut
 // rectangle and the 10 x 10 square left of its top corner, drawn and erased.
 #include "layout/screen.hpp"
+#include "layout/geometry.hpp"
 #include "model/tables.hpp"
+#include "render/render.hpp"
 
 namespace {
 
@@ -31,8 +33,8 @@ void outline(vel_context *ctx, uint32_t win, vel_rgb colour, Clamp clamp)
     win = object_number(ctx, win);
     vel_object &o = object(ctx, win);
     clamp_for(ctx, o, clamp);
-    vel_draw_rectangle(ctx, o.x - 1, o.y - 1, vel_p_cutted_w_independent(ctx, win) + 2,
-                       vel_p_cutted_h_independent(ctx, win) + 2, colour.r, colour.g, colour.b);
+    vel_draw_rectangle(ctx, o.x - 1, o.y - 1, cut_width(ctx, win) + 2, cut_height(ctx, win) + 2,
+                       colour.r, colour.g, colour.b);
 }
 
 void square(vel_context *ctx, uint32_t win, vel_rgb colour, Clamp clamp)
@@ -43,6 +45,16 @@ void square(vel_context *ctx, uint32_t win, vel_rgb colour, Clamp clamp)
 }
 
 } // namespace
+
+namespace velumo::detail {
+
+void erase_selection_marks(vel_context *ctx, uint32_t win)
+{
+    square(ctx, win, ctx->background_colour, Clamp::erasing);
+    outline(ctx, win, ctx->background_colour, Clamp::erasing);
+}
+
+} // namespace velumo::detail
 
 extern "C" {
 

@@ -70,6 +70,14 @@ constexpr bool is_word_char(char ch)
 // bytes when the context asks for it; nothing else is translated.
 char translate_umlaut(const vel_context *ctx, char ch);
 
+// A line_width of 0 stands for "not set yet".  Placing a single word sets it
+// to the object's width inside its margins ...
+void set_line_width_from_margins(vel_object &o);
+
+// ... formatting a whole text or stream to the width between the limits of
+// the object's text area.
+void set_line_width_from_text_area(vel_context *ctx, uint32_t obj);
+
 // Pixel width of a string in the object's font; 0 when the object has no font.
 int text_width(vel_context *ctx, const vel_object &measured_by, const char *text);
 

@@ -1,5 +1,8 @@
 // The window stack: activation, closing, the frame buttons of the active
 // window, where the text cursor starts, and the modal dialogs built on them.
+#include "input/input.hpp"
+#include "layout/geometry.hpp"
+#include "render/render.hpp"
 #include "window/window.hpp"
 
 #include <algorithm>
@@ -73,11 +76,6 @@ void start_cursor(vel_object &o)
     o.cursor_y = o.y + o.margin_top;
     o.cursor_line = 0;
     o.cursor_column = 0;
-}
-
-bool has_size(const vel_object &o)
-{
-    return o.width != 0 && o.height != 0;
 }
 
 void initiate_dependent_cursors(vel_context *ctx, DependentWalk &walk, uint32_t obj)
@@ -156,12 +154,12 @@ void vel_close_win(vel_context *ctx, uint32_t win)
     remove_from_stack(ctx, *p);
     if (ctx->window_count != 0) --ctx->window_count;
     w.hidden = 1;
-    vel_undraw_object(ctx, win);
+    erase_object(ctx, win);
     if (win != active_window(ctx)) return;
 
     erase_selection_marks(ctx, win);
     for_each_frame_button(ctx, w.window_kind, [ctx](uint32_t k) {
-        vel_undraw_object(ctx, k);
+        erase_object(ctx, k);
         object(ctx, k).hidden = 1;
     });
     if (ctx->cursor_object == win) ctx->cursor_object = 0;
@@ -186,7 +184,7 @@ void vel_set_operators(vel_context *ctx)
     const vel_object &win = object(ctx, active);
     if (win.window_kind != VEL_WINDOW_FULL_FRAME && win.window_kind != VEL_WINDOW_REDUCED_FRAME)
         return;
-    const uint32_t visible_width = vel_p_cutted_w_independent(ctx, active);
+    const uint32_t visible_width = cut_width(ctx, active);
     for (uint32_t k = 1; k <= VEL_FRAME_BUTTONS; ++k) {
         if (!frame_button_exists(ctx, k)) continue;
         vel_object &button = object(ctx, k);
@@ -208,9 +206,9 @@ void vel_select_window(vel_context *ctx)
     if (o.type == VEL_TYPE_WINDOW && master_of(ctx, o) == 0) {
         vel_activate_window(ctx);
         redraw_everything(ctx);
-    } else if (shows_editable_text(o.type) && o.editable == 1) {
+    } else if (takes_cursor(o.type) && o.editable == 1) {
         ctx->cursor_object = target;
-        vel_draw_and_screenup_selected_window(ctx);
+        draw_and_show_active_window(ctx);
     }
 }
 
@@ -220,7 +218,7 @@ uint32_t vel_decide_window(vel_context *ctx, uint32_t win, uint32_t first, uint3
     vel_activate_window(ctx);
     redraw_everything(ctx);
     const uint32_t answer =
-        vel_get_mouse_selection(ctx, static_cast<int32_t>(first), static_cast<int32_t>(last));
+        run_selection(ctx, static_cast<int32_t>(first), static_cast<int32_t>(last));
     vel_close_win(ctx, 0);
     return answer;
 }
@@ -230,7 +228,7 @@ void vel_notice_window(vel_context *ctx, uint32_t win, uint32_t obj)
     ctx->window_to_activate = win;
     vel_activate_window(ctx);
     redraw_everything(ctx);
-    vel_get_mono_mouse_selection(ctx, static_cast<int32_t>(obj));
+    run_selection(ctx, static_cast<int32_t>(obj), static_cast<int32_t>(obj));
     vel_close_win(ctx, 0);
 }
 

@@ -1,6 +1,7 @@
 // What the frame buttons do to the active window: move, resize, scroll,
 // mode switch and close, and the shifting of dependents that follows.
 #include "input/idle.hpp"
+#include "render/render.hpp"
 #include "window/window.hpp"
 
 #include <cstdint>
@@ -22,7 +23,7 @@ void resize_active_window(vel_context *ctx, Side side, bool grow)
     const uint32_t active = active_window(ctx);
     if (active == 0) return;
     erase_selection_marks(ctx, active);
-    vel_undraw_object(ctx, active);
+    erase_object(ctx, active);
 
     vel_object &w = object(ctx, active);
     uint32_t &size = side == Side::width ? w.width : w.height;
@@ -71,7 +72,7 @@ void scroll_active_window(vel_context *ctx, Axis axis, bool forward, int cursor_
         vel_update_x_dependent_obj(ctx, active, direction, step);
     else
         vel_update_y_dependent_obj(ctx, active, direction, step);
-    vel_draw_and_screenup_selected_window(ctx);
+    draw_and_show_active_window(ctx);
 }
 
 // A dependent scrolls with its master unless it is clipped to the frame of
@@ -123,7 +124,7 @@ void erase_frame_for_move(vel_context *ctx, uint32_t kind)
         return;
     }
     for (uint32_t k = 1; frame_button_exists(ctx, k) && object(ctx, k).hidden == 0; ++k)
-        vel_undraw_object(ctx, k);
+        erase_object(ctx, k);
 }
 
 // The window keeps clear of the top left corner so that its frame buttons,
@@ -144,11 +145,11 @@ void shift_dependents(vel_context *ctx, DependentWalk &walk, uint32_t obj, uint3
 {
     for_each_dependent(ctx, walk, obj, [=, &walk](uint32_t dep) {
         vel_object &o = object(ctx, dep);
-        if (skip_empty && (o.width == 0 || o.height == 0)) return true;
+        if (skip_empty && !has_size(o)) return true;
         o.x += dx;
         o.y += dy;
-        const bool moves_cursor = o.editable == 1 && (cursor_shift == CursorShift::any_editable ||
-                                                      shows_editable_text(o.type));
+        const bool moves_cursor =
+            o.editable == 1 && (cursor_shift == CursorShift::any_editable || takes_cursor(o.type));
         if (moves_cursor) {
             o.cursor_x += dx;
             o.cursor_y += dy;
@@ -227,7 +228,7 @@ void vel_move_window(vel_context *ctx)
     const SDL_MouseButtonEvent press = wait_for_left_press(ctx);
 
     vel_object &w = object(ctx, active);
-    vel_undraw_object(ctx, active);
+    erase_object(ctx, active);
     erase_selection_marks(ctx, active);
     erase_frame_for_move(ctx, w.window_kind);
 

@@ -1,8 +1,9 @@
 // Helpers shared by the window sources: which frame buttons a window kind
-// shows, erasing a window's look, the objects that carry a text cursor.
+// shows, erasing them, and the full redraw that ends every window change.
 #pragma once
 
 #include "model/tables.hpp"
+#include "render/render.hpp"
 
 #include <cstdint>
 
@@ -39,35 +40,15 @@ template <typename Visit> void for_each_frame_button(vel_context *ctx, uint32_t 
 inline void erase_shown_frame_buttons(vel_context *ctx, uint32_t kind)
 {
     for_each_frame_button(ctx, kind, [ctx](uint32_t k) {
-        if (object(ctx, k).hidden == 0) vel_undraw_object(ctx, k);
+        if (object(ctx, k).hidden == 0) erase_object(ctx, k);
     });
-}
-
-// Erases a window's selection box and outline.
-inline void erase_selection_marks(vel_context *ctx, uint32_t win)
-{
-    vel_undraw_selected_box(ctx, win);
-    vel_undraw_selected_lines(ctx, win);
-}
-
-// Entry fields, windows, text areas and chain members hold a text cursor.
-inline bool shows_editable_text(uint32_t type)
-{
-    switch (type) {
-    case VEL_TYPE_ENTRY:
-    case VEL_TYPE_NUMERIC_ENTRY:
-    case VEL_TYPE_WINDOW:
-    case VEL_TYPE_TEXT:
-    case VEL_TYPE_CHAIN: return true;
-    default: return false;
-    }
 }
 
 // Every frame action and window change that moves things ends with this:
 // everything painted again, without reformatting, and shown.
 inline void redraw_everything(vel_context *ctx)
 {
-    vel_draw_all_objects(ctx, 0, 1);
+    draw_scene(ctx, false, true);
 }
 
 } // namespace velumo::detail
