@@ -60,10 +60,56 @@ enum {
     VEL_TYPE_PICTURE = 9        /* loaded picture: `image` holds the surface */
 };
 
-/* Window kinds (vel_object.window_kind of a type-1 object). */
+/* Window kinds (vel_object.window_kind of a type-1 object); other kinds
+ * show no frame buttons. */
 enum {
     VEL_WINDOW_FULL_FRAME = 0,   /* all seven frame buttons above the window */
     VEL_WINDOW_REDUCED_FRAME = 1 /* frame buttons 1 and 7 only */
+};
+
+/* Border styles (vel_object.border_style): the lines vel_evoke_borders
+ * draws, and whether vel_switch_dep_object fits a dependent to its master's
+ * inner area.  Other values draw nothing and fit nothing. */
+enum {
+    VEL_BORDER_NONE = 0,         /* no line */
+    VEL_BORDER_FRAME = 1,        /* a frame border_inset + 1 pixels outside the inner area */
+    VEL_BORDER_FITTED = 2,       /* no line; fitted, and never hit */
+    VEL_BORDER_FITTED_FRAME = 3, /* a frame as VEL_BORDER_FRAME; fitted, and never hit */
+    VEL_BORDER_SHADOW = 4,       /* the outline moved right and down by border_inset */
+    VEL_BORDER_FITTED_SHADOW = 5 /* a shadow as VEL_BORDER_SHADOW; fitted */
+};
+
+/* Clip modes (vel_object.clip_mode): how a dependent is limited by its
+ * masters.  Other values set no limit from the master's rectangle. */
+enum {
+    VEL_CLIP_MARGINS = 0, /* inside the master's margins */
+    VEL_CLIP_FRAME = 1    /* the master's whole rectangle */
+};
+
+/* Frame modes (vel_context.frame_mode): what frame buttons 2, 3, 5 and 6 do
+ * and which mark colour shows it.  Other values turn those buttons off. */
+enum {
+    VEL_FRAME_MODE_RESIZE = 0, /* resize the active window; mark_colour_a */
+    VEL_FRAME_MODE_SCROLL = 1  /* scroll its contents; mark_colour_b */
+};
+
+/* Font choices (vel_object.font_choice).  Other values: no text is measured
+ * or painted. */
+enum {
+    VEL_FONT_DEFAULT = 0, /* the context font */
+    VEL_FONT_OWN = 1      /* own_font, opened from font_path at font_size */
+};
+
+/* Frame buttons: objects 1..7 above the active window. */
+enum {
+    VEL_FRAME_BUTTONS = 7,      /* objects 1..7 are the frame buttons */
+    VEL_BUTTON_MOVE = 1,        /* moves the window to the next click */
+    VEL_BUTTON_MODE = 4,        /* switches frame_mode */
+    VEL_BUTTON_CLOSE = 7,       /* closes the window; ends every selection loop */
+    VEL_FRAME_BUTTON_SIZE = 16, /* buttons are 16 x 16, side by side */
+    VEL_FRAME_ROW_OFFSET = 24,  /* the row of buttons stands 24 pixels above the window */
+    VEL_WINDOW_MIN_X = 11,      /* a top-level window stays at x >= 11 ... */
+    VEL_WINDOW_MIN_Y = 25       /* ... and y >= 25, so its buttons stay on the screen */
 };
 
 /* Text limits shared by formatting, painting and editing. */
@@ -73,11 +119,12 @@ enum {
     VEL_LINE_BUFFER_BYTES = 4000, /* one line buffer: 40 lines of 100 bytes */
     VEL_TEXT_BYTES = 1000,        /* text of one text record, NUL included */
     VEL_STRING_BYTES = 68,        /* label, font path and picture path fields */
+    VEL_ENTRY_CHARS = 64,         /* characters an entry field takes */
+    VEL_WORD_CHARS = 70,          /* longer runs of word characters are cut */
     VEL_MAX_DEPENDENTS = 100,     /* entries of dep_objs */
     VEL_WINDOW_STACK_SIZE = 100,  /* entries of window_stack */
     VEL_DIR_ENTRIES = 100,        /* entries of the file selector's listing */
     VEL_DIR_NAME_BYTES = 65,      /* one directory name, NUL included */
-    VEL_FRAME_BUTTONS = 7,        /* objects 1..7 are the frame buttons */
     VEL_MAX_NESTING = 1000,       /* levels of dependents that the walks descend */
     VEL_APP_FIELDS = 16           /* uint32_t words in each application space */
 };
@@ -89,11 +136,11 @@ typedef struct vel_rgb {
 
 /* One text record, in memory exactly as in the text file (1008 bytes). */
 typedef struct vel_text_rec {
-    uint32_t reserved;     /* first word: copied, never interpreted; in the unused
-                              record 0 the loader keeps the number of text
-                              records (text_count + extra_texts + 1) */
-    uint32_t cursor_index; /* character index of the text cursor in `text` */
-    char text[1000];       /* NUL-terminated; byte 10 ends a paragraph */
+    uint32_t reserved;         /* first word: copied, never interpreted; in the unused
+                                  record 0 the loader keeps the number of text
+                                  records (text_count + extra_texts + 1) */
+    uint32_t cursor_index;     /* character index of the text cursor in `text` */
+    char text[VEL_TEXT_BYTES]; /* NUL-terminated; byte 10 ends a paragraph */
 } vel_text_rec;
 
 /* One record of the form description file (776 bytes, little-endian).
@@ -102,10 +149,10 @@ typedef struct vel_text_rec {
 typedef struct vel_object_file_rec {
     uint32_t x, y, width, height;          /* offset 0 */
     uint32_t fill_r, fill_g, fill_b;       /* 16 */
-    char label[68];                        /* 28 */
+    char label[VEL_STRING_BYTES];          /* 28 */
     uint32_t font_choice;                  /* 96 */
     uint32_t font_size;                    /* 100 */
-    char font_path[68];                    /* 104 */
+    char font_path[VEL_STRING_BYTES];      /* 104 */
     uint32_t text_index;                   /* 172 */
     uint32_t text_r, text_g, text_b;       /* 176 */
     uint32_t margin_left, margin_right;    /* 188 */
@@ -129,28 +176,28 @@ typedef struct vel_object_file_rec {
     uint32_t border_inset;                 /* 268 */
     uint32_t border_r, border_g, border_b; /* 272 */
     uint32_t master;                       /* 284 */
-    uint32_t dep_objs[100];                /* 288 */
+    uint32_t dep_objs[VEL_MAX_DEPENDENTS]; /* 288 */
     uint32_t reserved_scroll_x;            /* 688 */
     uint32_t reserved_scroll_y;            /* 692 */
     uint32_t scroll_max_x;                 /* 696 */
     uint32_t scroll_max_y;                 /* 700 */
-    char image_path[68];                   /* 704 */
+    char image_path[VEL_STRING_BYTES];     /* 704 */
     uint32_t clip_mode;                    /* 772 */
 } vel_object_file_rec;
 
 /* One entry of the object table.  Fields marked "run time" start at 0 and
  * are never read from the form file. */
 typedef struct vel_object {
-    uint32_t x, y;                   /* top left corner, absolute screen pixels */
-    uint32_t width, height;          /* 0 in either: not drawn, not hit, not walked */
-    uint32_t fill_r, fill_g, fill_b; /* body colour, low byte used */
-    char label[68];                  /* caption of one-line objects (types 2, 5, 6) */
-    uint32_t font_choice;            /* 0 context font, 1 own_font, other: no text */
-    uint32_t font_size;              /* point size for own_font */
-    char font_path[68];              /* TrueType file for own_font */
-    TTF_Font *own_font;              /* run time: opened at start-up for font_choice 1 */
-    uint32_t text_index;             /* text record and line buffer number, 0 none */
-    uint32_t text_r, text_g, text_b; /* text and cursor colour */
+    uint32_t x, y;                    /* top left corner, absolute screen pixels */
+    uint32_t width, height;           /* 0 in either: not drawn, not hit, not walked */
+    uint32_t fill_r, fill_g, fill_b;  /* body colour, low byte used */
+    char label[VEL_STRING_BYTES];     /* caption of one-line objects (types 2, 5, 6) */
+    uint32_t font_choice;             /* VEL_FONT_*; other values: no text */
+    uint32_t font_size;               /* point size for own_font */
+    char font_path[VEL_STRING_BYTES]; /* TrueType file for own_font */
+    TTF_Font *own_font;               /* run time: opened at start-up for font_choice 1 */
+    uint32_t text_index;              /* text record and line buffer number, 0 none */
+    uint32_t text_r, text_g, text_b;  /* text and cursor colour */
     uint32_t margin_left, margin_right, margin_top, margin_bottom;
     uint32_t centred;            /* 1: a kind-1 window centres its text line */
     uint32_t line_width;         /* widest formatted line; 0 computed on first use */
@@ -168,18 +215,18 @@ typedef struct vel_object {
     uint32_t cursor_line;        /* run time: formatted line holding the cursor */
     uint32_t cursor_column;      /* run time: column of the cursor in that line */
     uint32_t max_chars;          /* character limit of entry fields */
-    uint32_t border_style;       /* 0..5 */
+    uint32_t border_style;       /* VEL_BORDER_* */
     uint32_t border_inset;       /* border offset from the inner area */
     uint32_t border_r, border_g, border_b;
-    uint32_t master;             /* master object, 0 top level */
-    uint32_t dep_objs[100];      /* dependents, the list ends at the first 0 */
-    uint32_t scroll_x, scroll_y; /* run time: scroll offset of the contents */
-    uint32_t scroll_max_x;       /* horizontal scroll range, 0 five screen widths */
-    uint32_t scroll_max_y;       /* vertical scroll range, 0 five screen heights */
-    char image_path[68];         /* picture file of a type-4 object */
-    SDL_Surface *image;          /* run time: picture of a type-9 object */
-    uint32_t clip_mode;          /* 0 master's margins, 1 master's frame, other none */
-    char *stream;                /* run time: external text of a chain head */
+    uint32_t master;                       /* master object, 0 top level */
+    uint32_t dep_objs[VEL_MAX_DEPENDENTS]; /* dependents, the list ends at the first 0 */
+    uint32_t scroll_x, scroll_y;           /* run time: scroll offset of the contents */
+    uint32_t scroll_max_x;                 /* horizontal scroll range, 0 five screen widths */
+    uint32_t scroll_max_y;                 /* vertical scroll range, 0 five screen heights */
+    char image_path[VEL_STRING_BYTES];     /* picture file of a type-4 object */
+    SDL_Surface *image;                    /* run time: picture of a type-9 object */
+    uint32_t clip_mode;                    /* VEL_CLIP_*; other values: no limit */
+    char *stream;                          /* run time: external text of a chain head */
 } vel_object;
 
 /* The one state record.  The application zero-fills it, sets the display
@@ -197,7 +244,7 @@ typedef struct vel_context {
     vel_rgb mark_colour_a;
     vel_rgb mark_colour_b;
     uint32_t screen_width, screen_height;
-    uint32_t frame_mode;    /* 0 resize, 1 scroll, other: mode buttons off */
+    uint32_t frame_mode;    /* VEL_FRAME_MODE_*; other values: mode buttons off */
     uint32_t scroll_step;   /* pixels per press of a scroll button */
     uint32_t key_code;      /* key last pressed, 0 none pending */
     uint32_t final_key;     /* key handed to the editor at key release */
@@ -214,9 +261,9 @@ typedef struct vel_context {
     uint32_t app_fields_a[VEL_APP_FIELDS]; /* application space */
     uint32_t dir_last;                     /* index of the last entry of dir_names */
     uint32_t app_fields_b[VEL_APP_FIELDS]; /* application space */
-    char dir_names[100][65];               /* directory entries, NUL-terminated */
-    uint32_t dir_order[100];               /* indexes into dir_names in display order */
-    uint32_t window_stack[100];            /* open windows, entry 0 in front */
+    char dir_names[VEL_DIR_ENTRIES][VEL_DIR_NAME_BYTES]; /* directory entries, NUL-terminated */
+    uint32_t dir_order[VEL_DIR_ENTRIES];          /* indexes into dir_names in display order */
+    uint32_t window_stack[VEL_WINDOW_STACK_SIZE]; /* open windows, entry 0 in front */
     uint32_t window_count;
     vel_text_rec *text_recs; /* text records, index 0 unused */
     char *text_bufs;         /* line buffers: buffer t at byte 4000 t, line n 100 n further */

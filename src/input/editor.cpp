@@ -29,10 +29,11 @@ enum EditKey : uint32_t {
     key_insert = SDLK_INSERT,
 };
 
-constexpr uint32_t one_line_limit = 64; // characters of an entry field
-constexpr uint32_t text_limit = 999;    // characters of a multi-line text
-constexpr uint32_t last_line = 39;      // formatted lines 0..39
-constexpr uint32_t last_column = 99;    // characters 0..98 of a line, then the terminator
+using velumo::detail::last_column;
+using velumo::detail::last_line;
+
+constexpr uint32_t one_line_limit = VEL_ENTRY_CHARS; // characters of an entry field
+constexpr uint32_t text_limit = VEL_TEXT_BYTES - 1;  // characters of a multi-line text
 constexpr uint32_t highest_character = 255;
 
 class Editor {

@@ -17,11 +17,13 @@ bool contains(vel_context *ctx, uint32_t n, uint32_t x, uint32_t y)
     return velumo::detail::contains_point(ctx, n, static_cast<int32_t>(x), static_cast<int32_t>(y));
 }
 
-// Dependents drawn as a frame around their master (border styles 2 and 3)
-// let clicks through, and so do objects without an area.
+// Dependents drawn as a frame around their master (the fitted styles without
+// a shadow) let clicks through, and so do hidden objects and objects
+// without an area.  A fitted shadow is hit.
 bool hit_testable_dependent(const vel_object &d)
 {
-    return velumo::detail::is_visible(d) && d.border_style != 2 && d.border_style != 3;
+    return velumo::detail::is_visible(d) && d.border_style != VEL_BORDER_FITTED &&
+           d.border_style != VEL_BORDER_FITTED_FRAME;
 }
 
 // The innermost dependent of obj under the point, or 0.  The first hit in

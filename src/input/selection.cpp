@@ -6,9 +6,6 @@
 
 namespace {
 
-// Frame button 7 ends every selection loop, whatever the caller waits for.
-constexpr uint32_t always_ending_object = 7;
-
 bool is_left_release(const SDL_MouseButtonEvent &button)
 {
     return button.button == SDL_BUTTON_LEFT && button.state == SDL_RELEASED;
@@ -43,7 +40,7 @@ uint32_t run_selection(vel_context *ctx, int32_t stop_a, int32_t stop_b)
 {
     uint32_t result = 0;
     while (result != static_cast<uint32_t>(stop_a) && result != static_cast<uint32_t>(stop_b) &&
-           result != always_ending_object) {
+           result != VEL_BUTTON_CLOSE) {
         poll_event_or_pause(ctx->event);
         dispatch(ctx, result);
     }

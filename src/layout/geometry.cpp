@@ -37,12 +37,12 @@ Limits limits_inside_root(vel_context *ctx, const vel_object &o, uint32_t root)
     uint32_t top = 0;
     uint32_t right = 0;
     uint32_t bottom = 0;
-    if (o.clip_mode == 0) {
+    if (o.clip_mode == VEL_CLIP_MARGINS) {
         left = m.x + m.margin_left - 1;
         top = m.y + m.margin_top - 1;
         right = m.x + cut.width - m.margin_right;
         bottom = m.y + cut.height - m.margin_bottom;
-    } else if (o.clip_mode == 1) {
+    } else if (o.clip_mode == VEL_CLIP_FRAME) {
         left = m.x - 1;
         top = m.y - 1;
         right = m.x + cut.width;
@@ -81,10 +81,10 @@ Limits limits_in_chain(vel_context *ctx, const vel_object &o, uint32_t root)
         const uint32_t by = c.y - 1;
         const uint32_t bx2 = bx + c.width - 1;
         const uint32_t by2 = by + c.height - 1;
-        if (o.clip_mode == 0) {
+        if (o.clip_mode == VEL_CLIP_MARGINS) {
             candidate = {as_signed(bx + c.margin_left - 1), as_signed(bx2 - c.margin_right + 1),
                          as_signed(by + c.margin_top - 1), as_signed(by2 - c.margin_bottom + 1)};
-        } else if (o.clip_mode == 1) {
+        } else if (o.clip_mode == VEL_CLIP_FRAME) {
             candidate = {as_signed(bx - 1), as_signed(bx2 + 1), as_signed(by - 1),
                          as_signed(by2 + 1)};
         }

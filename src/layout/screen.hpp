@@ -15,8 +15,8 @@ namespace velumo::detail {
 inline void clamp_top_level_window(const vel_context *ctx, vel_object &o)
 {
     if (o.type != VEL_TYPE_WINDOW || master_of(ctx, o) != 0) return;
-    if (static_cast<int32_t>(o.x) <= 10) o.x = 11;
-    if (static_cast<int32_t>(o.y) <= 24) o.y = 25;
+    if (static_cast<int32_t>(o.x) < VEL_WINDOW_MIN_X) o.x = VEL_WINDOW_MIN_X;
+    if (static_cast<int32_t>(o.y) < VEL_WINDOW_MIN_Y) o.y = VEL_WINDOW_MIN_Y;
 }
 
 // The part of a run from `start`, `size` pixels long, that lies on a screen

@@ -109,6 +109,9 @@ inline uint32_t stack_count(const vel_context *ctx)
 
 // ---------------------------------------------------------- text memory
 
+inline constexpr uint32_t last_line = VEL_MAX_LINES - 1;    // 39
+inline constexpr uint32_t last_column = VEL_LINE_BYTES - 1; // 99: where a full line's NUL stands
+
 // Start of line buffer t: buffers lie back to back, 4000 bytes each.
 inline char *line_buffer(vel_context *ctx, uint32_t text_index)
 {
@@ -137,12 +140,12 @@ inline vel_text_rec &text_record(vel_context *ctx, const vel_object &o)
     return ctx->text_recs[text_number(ctx, o.text_index)];
 }
 
-// The font an object is measured and rendered with: the context font for
-// font_choice 0, its own font for 1, none for anything else.
+// The font an object is measured and rendered with: the context font, its
+// own font, or none for a font_choice that is neither.
 inline TTF_Font *object_font(vel_context *ctx, const vel_object &o)
 {
-    if (o.font_choice == 0) return ctx->font;
-    if (o.font_choice == 1) return o.own_font;
+    if (o.font_choice == VEL_FONT_DEFAULT) return ctx->font;
+    if (o.font_choice == VEL_FONT_OWN) return o.own_font;
     return nullptr;
 }
 

@@ -8,11 +8,11 @@ namespace {
 using namespace velumo::detail;
 
 // The cursor is as tall as the font the object's text is drawn with: its own
-// font for font_choice 1, the context font otherwise (objects without a
-// usable font still show where typing goes).
+// font for VEL_FONT_OWN, the context font otherwise, unlike object_font
+// (objects without a usable font still show where typing goes).
 int32_t cursor_height(vel_context *ctx, const vel_object &o)
 {
-    TTF_Font *font = o.font_choice == 1 ? o.own_font : ctx->font;
+    TTF_Font *font = o.font_choice == VEL_FONT_OWN ? o.own_font : ctx->font;
     return font ? TTF_FontHeight(font) : 0;
 }
 

@@ -20,8 +20,6 @@ using velumo::detail::master_of;
 using velumo::detail::object;
 using velumo::detail::text_number;
 
-constexpr uint32_t kFrameButtonSize = 16;
-
 bool is_caption_type(uint32_t type)
 {
     return type == VEL_TYPE_LABEL || type == VEL_TYPE_ENTRY || type == VEL_TYPE_NUMERIC_ENTRY;
@@ -179,7 +177,7 @@ void paint_object(vel_context *ctx, uint32_t obj)
     uint32_t w = 0;
     uint32_t h = 0;
     if (obj >= 1 && obj <= VEL_FRAME_BUTTONS) {
-        w = h = kFrameButtonSize;
+        w = h = VEL_FRAME_BUTTON_SIZE;
     } else if (master_of(ctx, o) == 0) {
         w = cut_width(ctx, obj);
         h = cut_height(ctx, obj);

@@ -13,6 +13,13 @@ namespace {
 
 using namespace velumo::detail;
 
+// Dependents of these styles cover their master's inner area.
+bool fitted_to_master(uint32_t border_style)
+{
+    return border_style == VEL_BORDER_FITTED || border_style == VEL_BORDER_FITTED_FRAME ||
+           border_style == VEL_BORDER_FITTED_SHADOW;
+}
+
 void paint_with_cursor(vel_context *ctx, uint32_t n)
 {
     paint_object(ctx, n);
@@ -169,8 +176,7 @@ void vel_switch_dep_object(vel_context *ctx, uint32_t master)
     const vel_object &m = object(ctx, master);
     for_each_dependent(ctx, master, [ctx, master, &m](uint32_t d) {
         vel_object &o = object(ctx, d);
-        const uint32_t style = o.border_style;
-        if ((style == 2 || style == 3 || style == 5) && master != 0) {
+        if (fitted_to_master(o.border_style) && master != 0) {
             const uint32_t inset = m.border_inset;
             o.x = m.x + m.margin_left - inset;
             o.y = m.y + m.margin_top - inset;

@@ -8,9 +8,7 @@
 
 namespace velumo::detail {
 
-inline constexpr uint32_t last_line = VEL_MAX_LINES - 1;    // 39
-inline constexpr uint32_t last_column = VEL_LINE_BYTES - 1; // 99: where a full line's NUL stands
-inline constexpr uint32_t max_word_chars = 70;              // longer runs are cut into pieces
+inline constexpr uint32_t max_word_chars = VEL_WORD_CHARS; // longer runs are cut into pieces
 // Line slots 40..79 of buffer t are the lines of buffer t + 1.  The block of
 // line buffers keeps one spare buffer behind its last one, so any slot up to
 // 79 stays inside the allocation whatever t is; no walk goes further.

@@ -16,19 +16,18 @@ constexpr uint32_t last_stack_index = VEL_WINDOW_STACK_SIZE - 1;
 
 // Frame buttons sit 24 pixels above the window, 16 pixels apart, the row
 // ending at the window's right edge; slot 7 is the rightmost place.
-constexpr uint32_t frame_row_height = 24;
-constexpr uint32_t frame_button_pitch = 16;
 
 uint32_t frame_button_x(const vel_object &win, uint32_t visible_width, uint32_t slot)
 {
-    return win.x + visible_width - VEL_FRAME_BUTTONS * frame_button_pitch +
-           frame_button_pitch * (slot - 1);
+    return win.x + visible_width - VEL_FRAME_BUTTONS * VEL_FRAME_BUTTON_SIZE +
+           VEL_FRAME_BUTTON_SIZE * (slot - 1);
 }
 
 // The reduced frame puts button 1 next to button 7, in slot 6.
 uint32_t frame_slot(uint32_t window_kind, uint32_t button)
 {
-    if (window_kind == VEL_WINDOW_REDUCED_FRAME && button == move_button) return close_button - 1;
+    if (window_kind == VEL_WINDOW_REDUCED_FRAME && button == VEL_BUTTON_MOVE)
+        return VEL_BUTTON_CLOSE - 1;
     return button;
 }
 
@@ -194,7 +193,7 @@ void vel_set_operators(vel_context *ctx)
         }
         button.hidden = 0;
         button.x = frame_button_x(win, visible_width, frame_slot(win.window_kind, k));
-        button.y = win.y - frame_row_height;
+        button.y = win.y - VEL_FRAME_ROW_OFFSET;
     }
 }
 

@@ -9,10 +9,6 @@
 
 namespace velumo::detail {
 
-inline constexpr uint32_t move_button = 1;
-inline constexpr uint32_t mode_button = 4;
-inline constexpr uint32_t close_button = 7;
-
 // Buttons 1..7 exist only when the form loaded that many records.
 inline bool frame_button_exists(vel_context *ctx, uint32_t button)
 {
@@ -25,7 +21,7 @@ inline bool frame_shows_button(uint32_t window_kind, uint32_t button)
 {
     if (window_kind == VEL_WINDOW_FULL_FRAME) return true;
     if (window_kind == VEL_WINDOW_REDUCED_FRAME)
-        return button == move_button || button == close_button;
+        return button == VEL_BUTTON_MOVE || button == VEL_BUTTON_CLOSE;
     return false;
 }
 
