@@ -1,7 +1,10 @@
 // The text editor: applies one delivered key to the text of the cursor
 // object, moves and scrolls its text cursor, and redraws the active window.
-#include "internal.hpp"
-#include "text_access.hpp"
+#include "input/text_access.hpp"
+#include "layout/geometry.hpp"
+#include "model/tables.hpp"
+#include "render/render.hpp"
+#include "text/formatting.hpp"
 
 #include <algorithm>
 #include <string>
@@ -10,6 +13,7 @@ namespace {
 
 using velumo::detail::as_signed;
 using velumo::detail::FormattedLines;
+using velumo::detail::Limits;
 using velumo::detail::object;
 using velumo::detail::text_number;
 using velumo::detail::TextField;
@@ -25,10 +29,11 @@ enum EditKey : uint32_t {
     key_insert = SDLK_INSERT,
 };
 
-constexpr uint32_t one_line_limit = 64; // characters of an entry field
-constexpr uint32_t text_limit = 999;    // characters of a multi-line text
-constexpr uint32_t last_line = 39;      // formatted lines 0..39
-constexpr uint32_t last_column = 99;    // characters 0..98 of a line, then the terminator
+using velumo::detail::last_column;
+using velumo::detail::last_line;
+
+constexpr uint32_t one_line_limit = VEL_ENTRY_CHARS; // characters of an entry field
+constexpr uint32_t text_limit = VEL_TEXT_BYTES - 1;  // characters of a multi-line text
 constexpr uint32_t highest_character = 255;
 
 class Editor {
@@ -37,10 +42,7 @@ public:
     void apply(uint32_t key);
 
 private:
-    uint32_t &cursor_index()
-    {
-        return ctx_->text_recs[text_number(ctx_, o_.text_index)].cursor_index;
-    }
+    uint32_t &cursor_index() const { return velumo::detail::text_record(ctx_, o_).cursor_index; }
     bool overwriting() const { return ctx_->insert_mode != 0; }
 
     int32_t measure(uint32_t last_char) const;
@@ -48,7 +50,7 @@ private:
     uint32_t x_before_cursor() const;
     void show_line_below(uint32_t line);
     void show_column(uint32_t x, uint32_t scroll_delta);
-    void reformat() { vel_format_object_text(ctx_, obj_); }
+    void reformat() { velumo::detail::format_object_text(ctx_, obj_); }
 
     void enter();
     void vertical_move(bool upward);
@@ -68,7 +70,7 @@ private:
     TTF_Font *font_;
     uint32_t font_height_ = 0;
     uint32_t pitch_ = 0;
-    uint32_t left_ = 0, right_ = 0, top_ = 0, bottom_ = 0;
+    Limits limits_;
     uint32_t origin_x_ = 0, origin_y_ = 0;
 };
 
@@ -79,9 +81,9 @@ Editor::Editor(vel_context *ctx, uint32_t obj, TextField text, bool multi_line)
     o_.text_length = text_.length();
     if (font_) font_height_ = static_cast<uint32_t>(TTF_FontHeight(font_));
     pitch_ = font_height_ + o_.line_spacing;
-    vel_get_borders_for_text(ctx_, obj_, &left_, &right_, &top_, &bottom_);
-    origin_x_ = left_ + o_.scroll_x + 1;
-    origin_y_ = top_ + o_.scroll_y + 1;
+    limits_ = velumo::detail::text_limits(ctx_, obj_);
+    origin_x_ = static_cast<uint32_t>(limits_.left) + o_.scroll_x + 1;
+    origin_y_ = static_cast<uint32_t>(limits_.top) + o_.scroll_y + 1;
 }
 
 // Width of characters 0..last_char of the cursor's line (the label of a
@@ -113,7 +115,7 @@ uint32_t Editor::x_before_cursor() const
 void Editor::show_line_below(uint32_t line)
 {
     const uint32_t y = origin_y_ + line * pitch_;
-    if (as_signed(y + font_height_ - 1) < as_signed(bottom_))
+    if (as_signed(y + font_height_ - 1) < limits_.bottom)
         o_.cursor_y = y;
     else
         o_.scroll_y -= pitch_;
@@ -123,7 +125,7 @@ void Editor::show_line_below(uint32_t line)
 // otherwise shifts the text sideways by scroll_delta instead.
 void Editor::show_column(uint32_t x, uint32_t scroll_delta)
 {
-    if (as_signed(x) > as_signed(left_))
+    if (as_signed(x) > limits_.left)
         o_.cursor_x = x;
     else
         o_.scroll_x += scroll_delta;
@@ -185,7 +187,7 @@ void Editor::vertical_move(bool upward)
         return;
     }
     const uint32_t y = origin_y_ + o_.cursor_line * pitch_;
-    if (as_signed(y) < as_signed(top_))
+    if (as_signed(y) < limits_.top)
         o_.scroll_y += pitch_;
     else
         o_.cursor_y = y;
@@ -216,7 +218,7 @@ void Editor::right()
     if (!moves) return;
     // Right never scrolls: past the right edge the cursor runs on unseen.
     const uint32_t x = x_after(o_.cursor_column);
-    if (as_signed(x) < as_signed(right_)) o_.cursor_x = x;
+    if (as_signed(x) < limits_.right) o_.cursor_x = x;
     ++o_.cursor_column;
     if (multi_line_) ++cursor_index();
 }
@@ -253,7 +255,7 @@ void Editor::backspace()
         // A field scrolled left comes back towards its start, never past it.
         o_.scroll_x += o_.cursor_x - x;
         if (as_signed(o_.scroll_x) > 0) o_.scroll_x = 0;
-    } else if (as_signed(left_) < as_signed(x) && as_signed(x) < as_signed(right_)) {
+    } else if (limits_.left < as_signed(x) && as_signed(x) < limits_.right) {
         o_.cursor_x = x;
     }
     show_line_below(o_.cursor_line);
@@ -282,9 +284,7 @@ bool Editor::has_room() const
     const uint32_t column = o_.cursor_column;
     const uint32_t column_limit = o_.max_chars - 1;
     if (multi_line_) {
-        if (o_.cursor_line > last_line ||
-            ctx_->text_recs[text_number(ctx_, o_.text_index)].cursor_index >= text_limit)
-            return false;
+        if (o_.cursor_line > last_line || cursor_index() >= text_limit) return false;
         if (overwriting()) return column <= last_column && column <= column_limit;
         return column < last_column && o_.text_length < text_limit;
     }
@@ -348,9 +348,9 @@ void Editor::type(char ch)
 
     // Typing scrolls the text sideways to keep the cursor inside the area.
     const uint32_t x = x_before_cursor();
-    if (as_signed(left_) < as_signed(x) && as_signed(x) < as_signed(right_))
+    if (limits_.left < as_signed(x) && as_signed(x) < limits_.right)
         o_.cursor_x = x;
-    else if (as_signed(x) >= as_signed(right_))
+    else if (as_signed(x) >= limits_.right)
         o_.scroll_x -= x - o_.cursor_x;
     else
         o_.scroll_x += x - o_.cursor_x;
@@ -381,9 +381,7 @@ void vel_get_text(vel_context *ctx)
     case VEL_TYPE_TEXT:
     case VEL_TYPE_WINDOW:
         if (!velumo::detail::has_text_tables(ctx)) return;
-        Editor(ctx, target,
-               TextField(velumo::detail::record_text(ctx, text_number(ctx, o.text_index)),
-                         VEL_TEXT_BYTES),
+        Editor(ctx, target, TextField(velumo::detail::text_record(ctx, o).text, VEL_TEXT_BYTES),
                true)
             .apply(key);
         break;
@@ -391,7 +389,7 @@ void vel_get_text(vel_context *ctx)
     }
     ctx->final_key = 0;
     ctx->key_printable = 0;
-    vel_draw_and_screenup_selected_window(ctx);
+    velumo::detail::draw_and_show_active_window(ctx);
 }
 
 } // extern "C"

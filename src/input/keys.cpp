@@ -1,6 +1,6 @@
 // Key translation for a German keyboard: a key-down becomes one key code,
 // which the next key-up of any key hands to the editor.
-#include "internal.hpp"
+#include "model/tables.hpp"
 
 #include <array>
 #include <cstring>

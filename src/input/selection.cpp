@@ -1,12 +1,10 @@
 // The selection loops: poll events, hand keys to translation and the editor,
 // and hit-test left-button releases until one lands on a stop object.
-#include "idle.hpp"
-#include "internal.hpp"
+#include "input/idle.hpp"
+#include "input/input.hpp"
+#include "model/tables.hpp"
 
 namespace {
-
-// Frame button 7 ends every selection loop, whatever the caller waits for.
-constexpr uint32_t always_ending_object = 7;
 
 bool is_left_release(const SDL_MouseButtonEvent &button)
 {
@@ -34,29 +32,33 @@ void dispatch(vel_context *ctx, uint32_t &result)
     }
 }
 
+} // namespace
+
+namespace velumo::detail {
+
 uint32_t run_selection(vel_context *ctx, int32_t stop_a, int32_t stop_b)
 {
     uint32_t result = 0;
     while (result != static_cast<uint32_t>(stop_a) && result != static_cast<uint32_t>(stop_b) &&
-           result != always_ending_object) {
-        velumo::detail::poll_event_or_pause(ctx->event);
+           result != VEL_BUTTON_CLOSE) {
+        poll_event_or_pause(ctx->event);
         dispatch(ctx, result);
     }
     return result;
 }
 
-} // namespace
+} // namespace velumo::detail
 
 extern "C" {
 
 uint32_t vel_get_mouse_selection(vel_context *ctx, int32_t stop_a, int32_t stop_b)
 {
-    return run_selection(ctx, stop_a, stop_b);
+    return velumo::detail::run_selection(ctx, stop_a, stop_b);
 }
 
 uint32_t vel_get_mono_mouse_selection(vel_context *ctx, int32_t stop)
 {
-    return run_selection(ctx, stop, stop);
+    return velumo::detail::run_selection(ctx, stop, stop);
 }
 
 } // extern "C"

@@ -1,7 +1,7 @@
 // The two forms of a text cursor: the character index into the text, and the
 // line and column in the formatted lines, each computed from the other.
-#include "internal.hpp"
-#include "text_access.hpp"
+#include "input/text_access.hpp"
+#include "model/tables.hpp"
 
 #include <algorithm>
 #include <optional>
@@ -55,7 +55,7 @@ void vel_get_position_in_stream(vel_context *ctx)
 {
     if (!has_text_tables(ctx)) return;
     const vel_object &o = object(ctx, ctx->cursor_object);
-    uint32_t &cursor_index = ctx->text_recs[text_number(ctx, o.text_index)].cursor_index;
+    uint32_t &cursor_index = velumo::detail::text_record(ctx, o).cursor_index;
     if (o.cursor_line == 0 && o.cursor_column == 0) {
         cursor_index = 0;
         return;
@@ -70,7 +70,7 @@ void vel_get_column_row(vel_context *ctx)
 {
     if (!has_text_tables(ctx)) return;
     vel_object &o = object(ctx, ctx->cursor_object);
-    const uint32_t cursor_index = ctx->text_recs[text_number(ctx, o.text_index)].cursor_index;
+    const uint32_t cursor_index = velumo::detail::text_record(ctx, o).cursor_index;
     if (cursor_index == 0) {
         o.cursor_line = 0;
         o.cursor_column = 0;

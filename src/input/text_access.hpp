@@ -2,20 +2,13 @@
 // outside a field answer 0 and writes outside are dropped, whatever the keys.
 #pragma once
 
-#include "internal.hpp"
+#include "model/tables.hpp"
 
 #include <algorithm>
 #include <cstring>
 #include <string_view>
 
 namespace velumo::detail {
-
-// Pixel positions and scroll offsets are stored unsigned, computed with
-// wrap-around and compared as signed numbers.
-constexpr int32_t as_signed(uint32_t value)
-{
-    return static_cast<int32_t>(value);
-}
 
 // A NUL-terminated text in a fixed field: a label (68 bytes) or the text of
 // a text record (1000 bytes).  The field's last byte is made and kept a

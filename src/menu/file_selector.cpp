@@ -2,7 +2,8 @@
 // read and ordered into the context, and the names written into the rows.
 #include "menu/file_selector.hpp"
 
-#include "internal.hpp"
+#include "model/strings.hpp"
+#include "model/tables.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -73,7 +74,7 @@ void show_name(vel_context *ctx, vel_object &row, uint32_t name)
         std::memcpy(bounded, ctx->dir_names[name], longest_name);
         bounded[longest_name] = '\0';
     }
-    vel_copy_st_last_part(bounded, row.label);
+    copy_string(bounded, row.label);
 }
 
 } // namespace

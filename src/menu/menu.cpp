@@ -3,7 +3,11 @@
 #include "menu/menu.hpp"
 
 #include "input/idle.hpp"
-#include "internal.hpp"
+#include "input/input.hpp"
+#include "layout/geometry.hpp"
+#include "layout/screen.hpp"
+#include "model/tables.hpp"
+#include "render/render.hpp"
 
 #include <algorithm>
 
@@ -11,7 +15,8 @@ namespace velumo::detail {
 
 namespace {
 
-// A coordinate of the menu's corner brought onto a screen of this extent.
+// A coordinate of the menu's corner brought onto a screen of this extent:
+// unlike the plain screen cut, one beyond the edge comes back 5 pixels.
 int64_t onto_screen(int32_t coordinate, uint32_t extent)
 {
     constexpr int64_t edge_margin = 5;
@@ -21,11 +26,6 @@ int64_t onto_screen(int32_t coordinate, uint32_t extent)
     return coordinate;
 }
 
-Uint16 cut_to_screen(int64_t start, uint32_t size, uint32_t extent)
-{
-    return static_cast<Uint16>(std::clamp<int64_t>(size, 0, extent - start));
-}
-
 } // namespace
 
 SDL_Rect menu_update_rect(const vel_context *ctx, const vel_object &menu, uint32_t width,
@@ -33,9 +33,7 @@ SDL_Rect menu_update_rect(const vel_context *ctx, const vel_object &menu, uint32
 {
     const int64_t x = onto_screen(static_cast<int32_t>(menu.x), ctx->screen_width);
     const int64_t y = onto_screen(static_cast<int32_t>(menu.y), ctx->screen_height);
-    return SDL_Rect{static_cast<Sint16>(x), static_cast<Sint16>(y),
-                    cut_to_screen(x, width, ctx->screen_width),
-                    cut_to_screen(y, height, ctx->screen_height)};
+    return cut_to_screen(x, y, width, height, ctx->screen_width, ctx->screen_height);
 }
 
 } // namespace velumo::detail
@@ -82,17 +80,12 @@ struct Box {
     int32_t left, right, top, bottom;
 };
 
-bool takes_part(const vel_object &entry)
-{
-    return entry.hidden == 0 && entry.width != 0 && entry.height != 0;
-}
-
 // The first entry, in list order, under the point; 0 for none.
 uint32_t entry_at(vel_context *ctx, uint32_t menu, int32_t x, int32_t y)
 {
     uint32_t found = 0;
     for_each_dependent(ctx, menu, [&](uint32_t entry) {
-        if (takes_part(object(ctx, entry)) && vel_in_object(ctx, entry, x, y) != 0) found = entry;
+        if (is_visible(object(ctx, entry)) && contains_point(ctx, entry, x, y)) found = entry;
         return found == 0;
     });
     return found;
@@ -100,8 +93,8 @@ uint32_t entry_at(vel_context *ctx, uint32_t menu, int32_t x, int32_t y)
 
 void paint_and_show(vel_context *ctx, uint32_t menu, uint32_t width, uint32_t height)
 {
-    vel_evoke_object(ctx, menu);
-    vel_draw_dep_objs(ctx, menu);
+    paint_object(ctx, menu);
+    draw_dependents(ctx, menu);
     update_screen_rect(ctx, menu_update_rect(ctx, object(ctx, menu), width, height));
 }
 
@@ -131,8 +124,8 @@ uint32_t vel_move_out_menu(vel_context *ctx, uint32_t menu, uint32_t mode)
     event.type = 0;
 
     vel_object &m = object(ctx, menu);
-    const uint32_t width = vel_p_cutted_w_independent(ctx, menu);
-    const uint32_t height = vel_p_cutted_h_independent(ctx, menu);
+    const uint32_t width = cut_width(ctx, menu);
+    const uint32_t height = cut_height(ctx, menu);
     m.hidden = 0;
     paint_and_show(ctx, menu, width, height);
     const Box box{static_cast<int32_t>(m.x), static_cast<int32_t>(m.x + width - 1),
@@ -171,7 +164,7 @@ uint32_t vel_move_out_menu(vel_context *ctx, uint32_t menu, uint32_t mode)
         }
     }
 
-    vel_undraw_object(ctx, menu);
+    erase_object(ctx, menu);
     m.hidden = 1;
     give_colour_back(ctx, highlight);
     return chosen;

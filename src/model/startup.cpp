@@ -1,6 +1,6 @@
 // Start-up and shutdown: reads the form and text files into the context,
 // opens the objects' pictures and fonts, and releases everything at the end.
-#include "internal.hpp"
+#include "model/tables.hpp"
 
 #include <SDL_image.h>
 
@@ -350,9 +350,9 @@ LoadStatus load_form(vel_context *ctx, uint32_t extra_objs, uint32_t extra_texts
     report_dependent_cycles(ctx);
     vel_load_object_images(ctx, 1);
     vel_load_object_fonts(ctx, 1);
-    if (ctx->frame_mode == 0)
+    if (ctx->frame_mode == VEL_FRAME_MODE_RESIZE)
         ctx->mark_colour = ctx->mark_colour_a;
-    else if (ctx->frame_mode == 1)
+    else if (ctx->frame_mode == VEL_FRAME_MODE_SCROLL)
         ctx->mark_colour = ctx->mark_colour_b;
     return LoadStatus::loaded;
 }
@@ -407,7 +407,7 @@ int32_t vel_load_object_fonts(vel_context *ctx, uint32_t first)
     const uint32_t last = velumo::detail::loaded_object_count(ctx);
     for (uint32_t k = first == 0 ? 1 : first; k <= last; ++k) {
         vel_object &o = ctx->objects[k];
-        if (o.font_choice != 1) continue;
+        if (o.font_choice != VEL_FONT_OWN) continue;
         if (o.own_font) TTF_CloseFont(o.own_font);
         o.own_font = TTF_OpenFont(o.font_path, static_cast<int>(o.font_size));
         if (!o.own_font) {
@@ -426,7 +426,7 @@ void vel_unload_form(vel_context *ctx)
         const uint32_t last = velumo::detail::loaded_object_count(ctx);
         for (uint32_t k = 1; k <= last; ++k) {
             vel_object &o = ctx->objects[k];
-            if (o.font_choice == 1 && o.own_font) {
+            if (o.font_choice == VEL_FONT_OWN && o.own_font) {
                 TTF_CloseFont(o.own_font);
                 o.own_font = nullptr;
             }

@@ -1,6 +1,8 @@
 // String and number helpers: lengths, partial copies, digit and number
 // conversion, written without the C library so that their edge cases are ours.
-#include "internal.hpp"
+#include "model/strings.hpp"
+
+#include "velumo.h"
 
 #include <array>
 
@@ -23,6 +25,31 @@ int32_t digit_count_of(float tenth)
 
 } // namespace
 
+namespace velumo::detail {
+
+uint32_t string_length(const char *s)
+{
+    uint32_t n = 0;
+    while (s[n] != '\0')
+        ++n;
+    return n;
+}
+
+uint32_t copy_string(const char *src, char *dst)
+{
+    dst[0] = src[0];
+    if (src[0] == '\0') return 1;
+    uint32_t i = 1;
+    while (src[i] != '\0') {
+        dst[i] = src[i];
+        ++i;
+    }
+    dst[i] = '\0';
+    return i;
+}
+
+} // namespace velumo::detail
+
 extern "C" {
 
 uint32_t vel_strcmp(const char *a, const char *b, uint32_t n)
@@ -41,10 +68,7 @@ uint32_t vel_strcmp(const char *a, const char *b, uint32_t n)
 
 uint32_t vel_count_string_size_without_zero(const char *s)
 {
-    uint32_t n = 0;
-    while (s[n] != '\0')
-        ++n;
-    return n;
+    return velumo::detail::string_length(s);
 }
 
 uint32_t vel_get_lastposition(const char *s)
@@ -69,15 +93,7 @@ void vel_copy_st_first_part(uint32_t n, const char *src, char *dst)
 
 uint32_t vel_copy_st_last_part(const char *src, char *dst)
 {
-    dst[0] = src[0];
-    if (src[0] == '\0') return 1;
-    uint32_t i = 1;
-    while (src[i] != '\0') {
-        dst[i] = src[i];
-        ++i;
-    }
-    dst[i] = '\0';
-    return i;
+    return velumo::detail::copy_string(src, dst);
 }
 
 int32_t vel_transform_int_to_asccii(int32_t digit, char *dst)

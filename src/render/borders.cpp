@@ -1,8 +1,8 @@
 // Object borders: the frame around the inner area or the shadow, drawn as
 // four one-pixel lines clipped to the area the object may use.
-#include "internal.hpp"
-#include "render/clip.hpp"
-#include "render/geometry.hpp"
+#include "layout/clip.hpp"
+#include "layout/geometry.hpp"
+#include "model/tables.hpp"
 
 #include <optional>
 
@@ -15,8 +15,8 @@ struct BorderLines {
     int32_t left, right, top, bottom;
 };
 
-// Styles 1 and 3 frame the inner area bw + 1 pixels outside it; styles 4
-// and 5 draw the outline moved right and down by bw.  The other styles
+// The frame styles frame the inner area bw + 1 pixels outside it; the
+// shadow styles draw the outline moved right and down by bw.  The other styles
 // draw no line.
 std::optional<BorderLines> border_lines(const vel_object &o)
 {
@@ -24,14 +24,14 @@ std::optional<BorderLines> border_lines(const vel_object &o)
     const uint32_t bottom_edge = o.y + o.height - 1;
     const uint32_t bw = o.border_inset;
     switch (o.border_style) {
-    case 1:
-    case 3:
+    case VEL_BORDER_FRAME:
+    case VEL_BORDER_FITTED_FRAME:
         return BorderLines{static_cast<int32_t>(o.x + o.margin_left - bw - 1),
                            static_cast<int32_t>(right_edge - o.margin_right + bw + 1),
                            static_cast<int32_t>(o.y + o.margin_top - bw - 1),
                            static_cast<int32_t>(bottom_edge - o.margin_bottom + bw + 1)};
-    case 4:
-    case 5:
+    case VEL_BORDER_SHADOW:
+    case VEL_BORDER_FITTED_SHADOW:
         return BorderLines{static_cast<int32_t>(o.x + bw), static_cast<int32_t>(right_edge + bw),
                            static_cast<int32_t>(o.y + bw), static_cast<int32_t>(bottom_edge + bw)};
     default: return std::nullopt;
@@ -54,8 +54,8 @@ void draw_border(vel_context *ctx, const vel_object &o, const BorderLines &lines
     using velumo::detail::fit_run;
     const auto across = fit_run(lines.left, lines.right, clip.left, clip.right);
     const auto down = fit_run(lines.top, lines.bottom, clip.top, clip.bottom);
-    const bool sides_visible = down.start_in || down.end_in || down.spans;
-    const bool rows_visible = across.start_in || across.end_in || across.spans;
+    const bool sides_visible = down.overlaps();
+    const bool rows_visible = across.overlaps();
     const auto r = static_cast<uint8_t>(o.border_r);
     const auto g = static_cast<uint8_t>(o.border_g);
     const auto b = static_cast<uint8_t>(o.border_b);
@@ -76,12 +76,12 @@ void draw_border(vel_context *ctx, const vel_object &o, const BorderLines &lines
 void vel_evoke_borders(vel_context *ctx, uint32_t obj)
 {
     const vel_object &o = velumo::detail::object(ctx, obj);
-    if (o.border_style != 0) {
+    if (o.border_style != VEL_BORDER_NONE) {
         const Limits clip = border_clip(ctx, obj);
         vel_lock(ctx->screen);
         if (const auto lines = border_lines(o)) draw_border(ctx, o, *lines, clip);
     }
-    // Style 0 skips the lock but not the unlock; SDL ignores the unlock of
+    // VEL_BORDER_NONE skips the lock but not the unlock; SDL ignores the unlock of
     // a surface that is not locked.
     vel_unlock(ctx->screen);
 }

@@ -1,14 +1,17 @@
 // Painting of one object: its body (box or picture) clipped to the screen
 // or its masters, its text lines or caption, then its border.
-#include "internal.hpp"
-#include "render/clip.hpp"
-#include "render/geometry.hpp"
+#include "layout/clip.hpp"
+#include "layout/geometry.hpp"
+#include "layout/screen.hpp"
+#include "model/tables.hpp"
+#include "render/render.hpp"
 
 #include <cstring>
 #include <string>
 
 namespace {
 
+using velumo::detail::as_signed;
 using velumo::detail::Clip;
 using velumo::detail::clip_run;
 using velumo::detail::ClipCase;
@@ -16,8 +19,6 @@ using velumo::detail::Limits;
 using velumo::detail::master_of;
 using velumo::detail::object;
 using velumo::detail::text_number;
-
-constexpr uint32_t kFrameButtonSize = 16;
 
 bool is_caption_type(uint32_t type)
 {
@@ -27,11 +28,6 @@ bool is_caption_type(uint32_t type)
 bool is_picture_type(uint32_t type)
 {
     return type == VEL_TYPE_PICTURE_FILE || type == VEL_TYPE_PICTURE;
-}
-
-int32_t as_signed(uint32_t v)
-{
-    return static_cast<int32_t>(v);
 }
 
 SDL_Rect make_rect(int32_t x, int32_t y, uint32_t w, uint32_t h)
@@ -137,7 +133,7 @@ void paint_text(vel_context *ctx, uint32_t obj, uint32_t right, uint32_t bottom)
         int measured = 0;
         TTF_SizeText(font, text.c_str(), &measured, nullptr);
         const auto text_width = static_cast<uint32_t>(measured);
-        if (centred && vel_p_cutted_w_independent(ctx, obj) > text_width) {
+        if (centred && velumo::detail::cut_width(ctx, obj) > text_width) {
             const uint32_t free_width = static_cast<uint32_t>(limits.right) -
                                         static_cast<uint32_t>(limits.left) - 1 - text_width;
             o.scroll_x = static_cast<uint32_t>(as_signed(free_width) / 2);
@@ -172,19 +168,21 @@ void paint_text(vel_context *ctx, uint32_t obj, uint32_t right, uint32_t bottom)
 
 } // namespace
 
-void vel_evoke_object(vel_context *ctx, uint32_t obj)
+namespace velumo::detail {
+
+void paint_object(vel_context *ctx, uint32_t obj)
 {
-    obj = velumo::detail::object_number(ctx, obj);
+    obj = object_number(ctx, obj);
     vel_object &o = object(ctx, obj);
     uint32_t w = 0;
     uint32_t h = 0;
     if (obj >= 1 && obj <= VEL_FRAME_BUTTONS) {
-        w = h = kFrameButtonSize;
+        w = h = VEL_FRAME_BUTTON_SIZE;
     } else if (master_of(ctx, o) == 0) {
-        w = vel_p_cutted_w_independent(ctx, obj);
-        h = vel_p_cutted_h_independent(ctx, obj);
+        w = cut_width(ctx, obj);
+        h = cut_height(ctx, obj);
     }
-    velumo::detail::clamp_top_level_window(ctx, o);
+    clamp_top_level_window(ctx, o);
 
     uint32_t right = 0;
     uint32_t bottom = 0;
@@ -204,4 +202,11 @@ void vel_evoke_object(vel_context *ctx, uint32_t obj)
     }
     if (!is_picture_type(o.type)) paint_text(ctx, obj, right, bottom);
     vel_evoke_borders(ctx, obj);
+}
+
+} // namespace velumo::detail
+
+void vel_evoke_object(vel_context *ctx, uint32_t obj)
+{
+    velumo::detail::paint_object(ctx, obj);
 }

@@ -9,12 +9,12 @@
 namespace {
 
 // The flags under which SDL wants a surface locked before direct access.
-constexpr Uint32 kMustLockFlags = SDL_HWSURFACE | SDL_ASYNCBLIT | SDL_RLEACCEL;
-static_assert(kMustLockFlags == 0x4005);
+constexpr Uint32 must_lock_flags = SDL_HWSURFACE | SDL_ASYNCBLIT | SDL_RLEACCEL;
+static_assert(must_lock_flags == 0x4005);
 
 bool must_lock(const SDL_Surface *surface)
 {
-    return surface->offset != 0 || (surface->flags & kMustLockFlags) != 0;
+    return surface->offset != 0 || (surface->flags & must_lock_flags) != 0;
 }
 
 // Draws the pixels from `from` to `to`, both included, along a row

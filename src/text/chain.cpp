@@ -1,6 +1,7 @@
 // Flows a chain master's external stream through its chain members, moving
 // on to the next member's line 0 whenever a member's 40 lines are full.
-#include "text/layout.hpp"
+#include "text/formatting.hpp"
+#include "text/line_breaking.hpp"
 
 #include <algorithm>
 #include <cstdio>
@@ -234,8 +235,7 @@ int32_t vel_copy_word_big(vel_context *ctx, uint32_t master, uint32_t *chain_pos
         return -1;
     *text_index = text_number(ctx, *text_index);
     uint32_t member = object_number(ctx, object(ctx, master).dep_objs[*chain_position]);
-    vel_object &m = object(ctx, member);
-    if (m.line_width == 0) m.line_width = m.width - (m.margin_right + m.margin_left);
+    set_line_width_from_margins(object(ctx, member));
 
     const ChainCursor at{ctx, master, chain_position, &member, text_index, line, column};
     const uint32_t fit = vel_check_line_volume(ctx, member, word, line, column, word_length);
@@ -263,17 +263,24 @@ int32_t vel_copy_word_big(vel_context *ctx, uint32_t master, uint32_t *chain_pos
 
 uint32_t vel_format_stream_to_linked_objects(vel_context *ctx, uint32_t master)
 {
+    return flow_chain(ctx, master);
+}
+
+} // extern "C"
+
+namespace velumo::detail {
+
+uint32_t flow_chain(vel_context *ctx, uint32_t master)
+{
     const vel_object &head = object(ctx, master);
     if (head.type != VEL_TYPE_CHAIN || head.stream == nullptr) return 0;
     const uint32_t first = object_number(ctx, head.dep_objs[0]);
     if (first == 0) return 0;
-    vel_object &first_member = object(ctx, first);
+    const vel_object &first_member = object(ctx, first);
     const uint32_t first_text = text_number(ctx, first_member.text_index);
     if (first_member.type != VEL_TYPE_CHAIN || first_text == 0) return 0;
 
-    uint32_t left = 0, right = 0, top = 0, bottom = 0;
-    vel_get_borders_for_text(ctx, first, &left, &right, &top, &bottom);
-    if (first_member.line_width == 0) first_member.line_width = right - left - 1;
+    set_line_width_from_text_area(ctx, first);
 
     const auto length = static_cast<uint32_t>(std::strlen(head.stream));
     if (length == 0) return 0;
@@ -287,4 +294,4 @@ uint32_t vel_format_stream_to_linked_objects(vel_context *ctx, uint32_t master)
     return s.line;
 }
 
-} // extern "C"
+} // namespace velumo::detail

@@ -1,6 +1,7 @@
 // Breaks the text of a window or text object into the 40 lines of its line
 // buffer, places single words, and centres the captions of buttons.
-#include "text/layout.hpp"
+#include "text/formatting.hpp"
+#include "text/line_breaking.hpp"
 
 #include <algorithm>
 #include <cstring>
@@ -109,68 +110,16 @@ private:
 
 } // namespace
 
-extern "C" {
+namespace velumo::detail {
 
-uint32_t vel_check_line_volume(vel_context *ctx, uint32_t obj, const char *word, uint32_t *line,
-                               uint32_t *column, uint32_t *word_length)
-{
-    const vel_object &o = object(ctx, obj);
-    if (*line > last_reachable_line) return 3;
-    // Without text tables the line is measured as empty.
-    const int64_t line_pixels =
-        has_text_tables(ctx)
-            ? text_width(ctx, o, line_at(ctx, text_number(ctx, o.text_index), *line))
-            : 0;
-    const int64_t word_pixels = text_width(ctx, o, word);
-    // Signed 32-bit: a line_width above 2^31 (margins wider than the object)
-    // leaves no room on any line.
-    const int64_t free_pixels =
-        static_cast<int32_t>(o.line_width - static_cast<uint32_t>(line_pixels));
-    // Unsigned on purpose: at column 99 the difference wraps and counts as room.
-    const uint32_t free_chars = 98u - *column;
-    if (*word_length <= free_chars && word_pixels <= free_pixels) return 1;
-    if (*word_length <= 98u && word_pixels <= static_cast<int64_t>(o.line_width)) return 2;
-    return 3;
-}
-
-int32_t vel_copy_word_into_line(vel_context *ctx, uint32_t obj, const char *word, uint32_t *line,
-                                uint32_t *column, uint32_t *word_length, uint32_t break_after)
-{
-    vel_object &o = object(ctx, obj);
-    if (o.line_width == 0) o.line_width = o.width - (o.margin_right + o.margin_left);
-    // Without text tables there is no line to place the word in.
-    if (!has_text_tables(ctx)) return 0;
-    if (!placement_in_range(*line, *column, *word_length, 2)) return -1;
-
-    const uint32_t t = text_number(ctx, o.text_index);
-    const uint32_t fit = vel_check_line_volume(ctx, obj, word, line, column, word_length);
-    if (fit == 3) return split_word(ctx, o, word, line, column, *word_length);
-    if (fit == 2) {
-        // No test for line 39: the word then lands in line slot 40.
-        line_at(ctx, t, *line)[*column] = '\0';
-        ++*line;
-        *column = 0;
-    }
-    *column = copy_word_at(line_at(ctx, t, *line), *column, word, *word_length);
-    if (break_after == 1 || *column >= last_column) {
-        line_at(ctx, t, *line)[*column] = '\0';
-        ++*line;
-        *column = 0;
-        line_at(ctx, t, *line)[0] = '\0';
-    }
-    return 0;
-}
-
-uint32_t vel_format_object_text(vel_context *ctx, uint32_t obj)
+uint32_t format_object_text(vel_context *ctx, uint32_t obj)
 {
     vel_object &o = object(ctx, obj);
     // A text_index outside the text records counts as none.
     const uint32_t t = text_number(ctx, o.text_index);
     if ((o.type != VEL_TYPE_WINDOW && o.type != VEL_TYPE_TEXT) || t == 0) return 0;
 
-    uint32_t left = 0, right = 0, top = 0, bottom = 0;
-    vel_get_borders_for_text(ctx, obj, &left, &right, &top, &bottom);
-    if (o.line_width == 0) o.line_width = right - left - 1;
+    set_line_width_from_text_area(ctx, obj);
 
     // A record without a NUL in its field is read as cut at 999 characters.
     const char *text = record_text(ctx, t);
@@ -191,7 +140,7 @@ uint32_t vel_format_object_text(vel_context *ctx, uint32_t obj)
     return s.line;
 }
 
-uint32_t vel_format_small_obj(vel_context *ctx, uint32_t obj)
+uint32_t format_caption(vel_context *ctx, uint32_t obj)
 {
     vel_object &o = object(ctx, obj);
     if (o.label[0] == '\0') return 0;
@@ -222,6 +171,70 @@ uint32_t vel_format_small_obj(vel_context *ctx, uint32_t obj)
     }
     if (o.type == VEL_TYPE_ENTRY || o.type == VEL_TYPE_NUMERIC_ENTRY) return 3;
     return 0;
+}
+
+} // namespace velumo::detail
+
+extern "C" {
+
+uint32_t vel_check_line_volume(vel_context *ctx, uint32_t obj, const char *word, uint32_t *line,
+                               uint32_t *column, uint32_t *word_length)
+{
+    const vel_object &o = object(ctx, obj);
+    if (*line > last_reachable_line) return 3;
+    // Without text tables the line is measured as empty.
+    const int64_t line_pixels =
+        has_text_tables(ctx)
+            ? text_width(ctx, o, line_at(ctx, text_number(ctx, o.text_index), *line))
+            : 0;
+    const int64_t word_pixels = text_width(ctx, o, word);
+    // Signed 32-bit: a line_width above 2^31 (margins wider than the object)
+    // leaves no room on any line.
+    const int64_t free_pixels =
+        static_cast<int32_t>(o.line_width - static_cast<uint32_t>(line_pixels));
+    // Unsigned on purpose: at column 99 the difference wraps and counts as room.
+    const uint32_t free_chars = 98u - *column;
+    if (*word_length <= free_chars && word_pixels <= free_pixels) return 1;
+    if (*word_length <= 98u && word_pixels <= static_cast<int64_t>(o.line_width)) return 2;
+    return 3;
+}
+
+int32_t vel_copy_word_into_line(vel_context *ctx, uint32_t obj, const char *word, uint32_t *line,
+                                uint32_t *column, uint32_t *word_length, uint32_t break_after)
+{
+    vel_object &o = object(ctx, obj);
+    set_line_width_from_margins(o);
+    // Without text tables there is no line to place the word in.
+    if (!has_text_tables(ctx)) return 0;
+    if (!placement_in_range(*line, *column, *word_length, 2)) return -1;
+
+    const uint32_t t = text_number(ctx, o.text_index);
+    const uint32_t fit = vel_check_line_volume(ctx, obj, word, line, column, word_length);
+    if (fit == 3) return split_word(ctx, o, word, line, column, *word_length);
+    if (fit == 2) {
+        // No test for line 39: the word then lands in line slot 40.
+        line_at(ctx, t, *line)[*column] = '\0';
+        ++*line;
+        *column = 0;
+    }
+    *column = copy_word_at(line_at(ctx, t, *line), *column, word, *word_length);
+    if (break_after == 1 || *column >= last_column) {
+        line_at(ctx, t, *line)[*column] = '\0';
+        ++*line;
+        *column = 0;
+        line_at(ctx, t, *line)[0] = '\0';
+    }
+    return 0;
+}
+
+uint32_t vel_format_object_text(vel_context *ctx, uint32_t obj)
+{
+    return format_object_text(ctx, obj);
+}
+
+uint32_t vel_format_small_obj(vel_context *ctx, uint32_t obj)
+{
+    return format_caption(ctx, obj);
 }
 
 } // extern "C"

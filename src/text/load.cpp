@@ -1,6 +1,8 @@
 // Puts new text into objects at run time, resets their text cursor, pads
 // labels with fill characters and reads external streams for text chains.
-#include "text/layout.hpp"
+#include "model/strings.hpp"
+#include "text/formatting.hpp"
+#include "text/line_breaking.hpp"
 
 #include <algorithm>
 #include <cstdio>
@@ -9,17 +11,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-namespace {
-
 using namespace velumo::detail;
-
-// Characters before the NUL, counted the library's way.
-uint32_t text_length_of(const char *text)
-{
-    return vel_get_lastposition_before_zero(text) + 1u;
-}
-
-} // namespace
 
 extern "C" {
 
@@ -27,7 +19,7 @@ uint32_t vel_load_window_text(vel_context *ctx, uint32_t obj, const char *text)
 {
     const vel_object &o = object(ctx, obj);
     // Without text tables there is no record to fill, not even record 0.
-    if (!has_text_tables(ctx)) return vel_format_object_text(ctx, obj);
+    if (!has_text_tables(ctx)) return format_object_text(ctx, obj);
     const uint32_t t = text_number(ctx, o.text_index);
     // Only the lines the previous text used; the formatter clears the rest.
     const uint32_t last_used = std::min(o.number_of_lines, last_reachable_line);
@@ -36,30 +28,30 @@ uint32_t vel_load_window_text(vel_context *ctx, uint32_t obj, const char *text)
 
     char *record = record_text(ctx, t);
     if (std::strlen(text) < VEL_TEXT_BYTES) {
-        vel_copy_st_last_part(text, record);
+        copy_string(text, record);
     } else {
         std::memcpy(record, text, VEL_TEXT_BYTES - 1);
         record[VEL_TEXT_BYTES - 1] = '\0';
     }
-    return vel_format_object_text(ctx, obj);
+    return format_object_text(ctx, obj);
 }
 
 uint32_t vel_load_window_text_buttons(vel_context *ctx, uint32_t obj, const char *text,
                                       uint32_t button_a, uint32_t button_b)
 {
     vel_load_window_text(ctx, obj, text);
-    vel_format_small_obj(ctx, button_a);
-    return vel_format_small_obj(ctx, button_b);
+    format_caption(ctx, button_a);
+    return format_caption(ctx, button_b);
 }
 
 void vel_reset_textobject(vel_context *ctx, uint32_t mode, uint32_t obj)
 {
     vel_object &o = object(ctx, obj);
     if (mode == 0) {
-        o.text_length = text_length_of(o.label);
+        o.text_length = string_length(o.label);
     } else if (mode == 1 && has_text_tables(ctx)) {
-        vel_text_rec &record = ctx->text_recs[text_number(ctx, o.text_index)];
-        o.text_length = text_length_of(record.text);
+        vel_text_rec &record = text_record(ctx, o);
+        o.text_length = string_length(record.text);
         record.cursor_index = 0;
     } else if (mode == 1) {
         o.text_length = 0;
@@ -73,7 +65,7 @@ void vel_reset_textobject(vel_context *ctx, uint32_t mode, uint32_t obj)
 uint32_t vel_fill_form_with_dummies(vel_context *ctx, const char *string, uint32_t obj,
                                     uint32_t field_length, char fill_char)
 {
-    const uint32_t length = vel_count_string_size_without_zero(string);
+    const uint32_t length = string_length(string);
     if (length >= field_length) return length;
     // The label holds 67 characters; a wider field is not padded.
     if (field_length >= VEL_STRING_BYTES) return 0;

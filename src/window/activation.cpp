@@ -1,5 +1,8 @@
 // The window stack: activation, closing, the frame buttons of the active
 // window, where the text cursor starts, and the modal dialogs built on them.
+#include "input/input.hpp"
+#include "layout/geometry.hpp"
+#include "render/render.hpp"
 #include "window/window.hpp"
 
 #include <algorithm>
@@ -13,19 +16,18 @@ constexpr uint32_t last_stack_index = VEL_WINDOW_STACK_SIZE - 1;
 
 // Frame buttons sit 24 pixels above the window, 16 pixels apart, the row
 // ending at the window's right edge; slot 7 is the rightmost place.
-constexpr uint32_t frame_row_height = 24;
-constexpr uint32_t frame_button_pitch = 16;
 
 uint32_t frame_button_x(const vel_object &win, uint32_t visible_width, uint32_t slot)
 {
-    return win.x + visible_width - VEL_FRAME_BUTTONS * frame_button_pitch +
-           frame_button_pitch * (slot - 1);
+    return win.x + visible_width - VEL_FRAME_BUTTONS * VEL_FRAME_BUTTON_SIZE +
+           VEL_FRAME_BUTTON_SIZE * (slot - 1);
 }
 
 // The reduced frame puts button 1 next to button 7, in slot 6.
 uint32_t frame_slot(uint32_t window_kind, uint32_t button)
 {
-    if (window_kind == VEL_WINDOW_REDUCED_FRAME && button == move_button) return close_button - 1;
+    if (window_kind == VEL_WINDOW_REDUCED_FRAME && button == VEL_BUTTON_MOVE)
+        return VEL_BUTTON_CLOSE - 1;
     return button;
 }
 
@@ -73,11 +75,6 @@ void start_cursor(vel_object &o)
     o.cursor_y = o.y + o.margin_top;
     o.cursor_line = 0;
     o.cursor_column = 0;
-}
-
-bool has_size(const vel_object &o)
-{
-    return o.width != 0 && o.height != 0;
 }
 
 void initiate_dependent_cursors(vel_context *ctx, DependentWalk &walk, uint32_t obj)
@@ -156,12 +153,12 @@ void vel_close_win(vel_context *ctx, uint32_t win)
     remove_from_stack(ctx, *p);
     if (ctx->window_count != 0) --ctx->window_count;
     w.hidden = 1;
-    vel_undraw_object(ctx, win);
+    erase_object(ctx, win);
     if (win != active_window(ctx)) return;
 
     erase_selection_marks(ctx, win);
     for_each_frame_button(ctx, w.window_kind, [ctx](uint32_t k) {
-        vel_undraw_object(ctx, k);
+        erase_object(ctx, k);
         object(ctx, k).hidden = 1;
     });
     if (ctx->cursor_object == win) ctx->cursor_object = 0;
@@ -186,7 +183,7 @@ void vel_set_operators(vel_context *ctx)
     const vel_object &win = object(ctx, active);
     if (win.window_kind != VEL_WINDOW_FULL_FRAME && win.window_kind != VEL_WINDOW_REDUCED_FRAME)
         return;
-    const uint32_t visible_width = vel_p_cutted_w_independent(ctx, active);
+    const uint32_t visible_width = cut_width(ctx, active);
     for (uint32_t k = 1; k <= VEL_FRAME_BUTTONS; ++k) {
         if (!frame_button_exists(ctx, k)) continue;
         vel_object &button = object(ctx, k);
@@ -196,7 +193,7 @@ void vel_set_operators(vel_context *ctx)
         }
         button.hidden = 0;
         button.x = frame_button_x(win, visible_width, frame_slot(win.window_kind, k));
-        button.y = win.y - frame_row_height;
+        button.y = win.y - VEL_FRAME_ROW_OFFSET;
     }
 }
 
@@ -208,9 +205,9 @@ void vel_select_window(vel_context *ctx)
     if (o.type == VEL_TYPE_WINDOW && master_of(ctx, o) == 0) {
         vel_activate_window(ctx);
         redraw_everything(ctx);
-    } else if (shows_editable_text(o.type) && o.editable == 1) {
+    } else if (takes_cursor(o.type) && o.editable == 1) {
         ctx->cursor_object = target;
-        vel_draw_and_screenup_selected_window(ctx);
+        draw_and_show_active_window(ctx);
     }
 }
 
@@ -220,7 +217,7 @@ uint32_t vel_decide_window(vel_context *ctx, uint32_t win, uint32_t first, uint3
     vel_activate_window(ctx);
     redraw_everything(ctx);
     const uint32_t answer =
-        vel_get_mouse_selection(ctx, static_cast<int32_t>(first), static_cast<int32_t>(last));
+        run_selection(ctx, static_cast<int32_t>(first), static_cast<int32_t>(last));
     vel_close_win(ctx, 0);
     return answer;
 }
@@ -230,7 +227,7 @@ void vel_notice_window(vel_context *ctx, uint32_t win, uint32_t obj)
     ctx->window_to_activate = win;
     vel_activate_window(ctx);
     redraw_everything(ctx);
-    vel_get_mono_mouse_selection(ctx, static_cast<int32_t>(obj));
+    run_selection(ctx, static_cast<int32_t>(obj), static_cast<int32_t>(obj));
     vel_close_win(ctx, 0);
 }
 

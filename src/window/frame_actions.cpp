@@ -1,6 +1,7 @@
 // What the frame buttons do to the active window: move, resize, scroll,
 // mode switch and close, and the shifting of dependents that follows.
 #include "input/idle.hpp"
+#include "render/render.hpp"
 #include "window/window.hpp"
 
 #include <cstdint>
@@ -22,7 +23,7 @@ void resize_active_window(vel_context *ctx, Side side, bool grow)
     const uint32_t active = active_window(ctx);
     if (active == 0) return;
     erase_selection_marks(ctx, active);
-    vel_undraw_object(ctx, active);
+    erase_object(ctx, active);
 
     vel_object &w = object(ctx, active);
     uint32_t &size = side == Side::width ? w.width : w.height;
@@ -36,6 +37,10 @@ void resize_active_window(vel_context *ctx, Side side, bool grow)
 // ------------------------------------------------------------------ scroll
 
 enum class Axis { x, y };
+
+// The directions of vel_update_x_dependent_obj and _y_.
+constexpr uint32_t toward_lower = 1;
+constexpr uint32_t toward_higher = 2;
 
 // The range is lopsided: from -M up to 2 M, where M is the window's scroll
 // range, or five screens either way when M is 0.
@@ -66,20 +71,20 @@ void scroll_active_window(vel_context *ctx, Axis axis, bool forward, int cursor_
         uint32_t &cursor = axis == Axis::x ? w.cursor_x : w.cursor_y;
         cursor = cursor_sign > 0 ? cursor + step : cursor - step;
     }
-    const uint32_t direction = forward ? 2 : 1;
+    const uint32_t direction = forward ? toward_higher : toward_lower;
     if (axis == Axis::x)
         vel_update_x_dependent_obj(ctx, active, direction, step);
     else
         vel_update_y_dependent_obj(ctx, active, direction, step);
-    vel_draw_and_screenup_selected_window(ctx);
+    draw_and_show_active_window(ctx);
 }
 
 // A dependent scrolls with its master unless it is clipped to the frame of
-// a top-level window (clip_mode 1 directly on a window without master).
+// a top-level window (VEL_CLIP_FRAME directly on a window without master).
 bool follows_scroll(vel_context *ctx, const vel_object &o)
 {
-    if (o.clip_mode == 0) return true;
-    return o.clip_mode == 1 && master_of(ctx, object(ctx, master_of(ctx, o))) != 0;
+    if (o.clip_mode == VEL_CLIP_MARGINS) return true;
+    return o.clip_mode == VEL_CLIP_FRAME && master_of(ctx, object(ctx, master_of(ctx, o))) != 0;
 }
 
 void shift_scrolled_dependents(vel_context *ctx, DependentWalk &walk, uint32_t obj,
@@ -89,8 +94,8 @@ void shift_scrolled_dependents(vel_context *ctx, DependentWalk &walk, uint32_t o
     for_each_dependent(ctx, walk, obj, [=, &walk](uint32_t dep) {
         vel_object &o = object(ctx, dep);
         if (!follows_scroll(ctx, o)) return true;
-        if (direction == 1 || direction == 2) {
-            const uint32_t shift = direction == 1 ? 0u - d : d;
+        if (direction == toward_lower || direction == toward_higher) {
+            const uint32_t shift = direction == toward_lower ? 0u - d : d;
             o.*position += shift;
             if (o.editable == 1) o.*cursor += shift;
         }
@@ -123,14 +128,12 @@ void erase_frame_for_move(vel_context *ctx, uint32_t kind)
         return;
     }
     for (uint32_t k = 1; frame_button_exists(ctx, k) && object(ctx, k).hidden == 0; ++k)
-        vel_undraw_object(ctx, k);
+        erase_object(ctx, k);
 }
 
-// The window keeps clear of the top left corner so that its frame buttons,
-// 24 pixels above it, stay on the screen.
-constexpr uint32_t leftmost_window_x = 11;
-constexpr uint32_t topmost_window_y = 25;
-
+// The window keeps clear of the top left corner so that its frame buttons
+// stay on the screen.  The click is unsigned and compared so, unlike the
+// signed clamp of painting: a press is never left of the screen.
 constexpr uint32_t move_target(uint32_t click, uint32_t nearest)
 {
     return click < nearest ? nearest : click;
@@ -144,11 +147,11 @@ void shift_dependents(vel_context *ctx, DependentWalk &walk, uint32_t obj, uint3
 {
     for_each_dependent(ctx, walk, obj, [=, &walk](uint32_t dep) {
         vel_object &o = object(ctx, dep);
-        if (skip_empty && (o.width == 0 || o.height == 0)) return true;
+        if (skip_empty && !has_size(o)) return true;
         o.x += dx;
         o.y += dy;
-        const bool moves_cursor = o.editable == 1 && (cursor_shift == CursorShift::any_editable ||
-                                                      shows_editable_text(o.type));
+        const bool moves_cursor =
+            o.editable == 1 && (cursor_shift == CursorShift::any_editable || takes_cursor(o.type));
         if (moves_cursor) {
             o.cursor_x += dx;
             o.cursor_y += dy;
@@ -173,17 +176,14 @@ constexpr PressAction press_actions[] = {
     {6, vel_increase_win_w, vel_scroll_win_left},
 };
 
-constexpr uint32_t resize_mode = 0;
-constexpr uint32_t scroll_mode = 1;
-
 // The mark colour shows the mode: set A for resizing, set B for scrolling.
 void switch_frame_mode(vel_context *ctx)
 {
-    if (ctx->frame_mode == scroll_mode) {
-        ctx->frame_mode = resize_mode;
+    if (ctx->frame_mode == VEL_FRAME_MODE_SCROLL) {
+        ctx->frame_mode = VEL_FRAME_MODE_RESIZE;
         ctx->mark_colour = ctx->mark_colour_a;
-    } else if (ctx->frame_mode == resize_mode) {
-        ctx->frame_mode = scroll_mode;
+    } else if (ctx->frame_mode == VEL_FRAME_MODE_RESIZE) {
+        ctx->frame_mode = VEL_FRAME_MODE_SCROLL;
         ctx->mark_colour = ctx->mark_colour_b;
     } else {
         return;
@@ -199,10 +199,11 @@ void vel_exa_left_pressed(vel_context *ctx)
 {
     const uint32_t active = active_window(ctx);
     if (active == 0 || object(ctx, active).window_kind != VEL_WINDOW_FULL_FRAME) return;
-    if (ctx->frame_mode != resize_mode && ctx->frame_mode != scroll_mode) return;
+    if (ctx->frame_mode != VEL_FRAME_MODE_RESIZE && ctx->frame_mode != VEL_FRAME_MODE_SCROLL)
+        return;
     for (const PressAction &action : press_actions) {
         if (action.button != ctx->window_to_activate) continue;
-        (ctx->frame_mode == resize_mode ? action.resize : action.scroll)(ctx);
+        (ctx->frame_mode == VEL_FRAME_MODE_RESIZE ? action.resize : action.scroll)(ctx);
         return;
     }
 }
@@ -210,9 +211,9 @@ void vel_exa_left_pressed(vel_context *ctx)
 void vel_exa_left_released(vel_context *ctx)
 {
     switch (ctx->window_to_activate) {
-    case move_button: vel_move_window(ctx); break;
-    case mode_button: switch_frame_mode(ctx); break;
-    case close_button:
+    case VEL_BUTTON_MOVE: vel_move_window(ctx); break;
+    case VEL_BUTTON_MODE: switch_frame_mode(ctx); break;
+    case VEL_BUTTON_CLOSE:
         vel_close_win(ctx, 0);
         redraw_everything(ctx);
         break;
@@ -227,12 +228,12 @@ void vel_move_window(vel_context *ctx)
     const SDL_MouseButtonEvent press = wait_for_left_press(ctx);
 
     vel_object &w = object(ctx, active);
-    vel_undraw_object(ctx, active);
+    erase_object(ctx, active);
     erase_selection_marks(ctx, active);
     erase_frame_for_move(ctx, w.window_kind);
 
-    const uint32_t x = move_target(press.x, leftmost_window_x);
-    const uint32_t y = move_target(press.y, topmost_window_y);
+    const uint32_t x = move_target(press.x, VEL_WINDOW_MIN_X);
+    const uint32_t y = move_target(press.y, VEL_WINDOW_MIN_Y);
     const uint32_t dx = x - w.x;
     const uint32_t dy = y - w.y;
     w.x = x;

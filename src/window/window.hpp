@@ -1,16 +1,13 @@
 // Helpers shared by the window sources: which frame buttons a window kind
-// shows, erasing a window's look, the objects that carry a text cursor.
+// shows, erasing them, and the full redraw that ends every window change.
 #pragma once
 
-#include "internal.hpp"
+#include "model/tables.hpp"
+#include "render/render.hpp"
 
 #include <cstdint>
 
 namespace velumo::detail {
-
-inline constexpr uint32_t move_button = 1;
-inline constexpr uint32_t mode_button = 4;
-inline constexpr uint32_t close_button = 7;
 
 // Buttons 1..7 exist only when the form loaded that many records.
 inline bool frame_button_exists(vel_context *ctx, uint32_t button)
@@ -24,7 +21,7 @@ inline bool frame_shows_button(uint32_t window_kind, uint32_t button)
 {
     if (window_kind == VEL_WINDOW_FULL_FRAME) return true;
     if (window_kind == VEL_WINDOW_REDUCED_FRAME)
-        return button == move_button || button == close_button;
+        return button == VEL_BUTTON_MOVE || button == VEL_BUTTON_CLOSE;
     return false;
 }
 
@@ -39,35 +36,15 @@ template <typename Visit> void for_each_frame_button(vel_context *ctx, uint32_t 
 inline void erase_shown_frame_buttons(vel_context *ctx, uint32_t kind)
 {
     for_each_frame_button(ctx, kind, [ctx](uint32_t k) {
-        if (object(ctx, k).hidden == 0) vel_undraw_object(ctx, k);
+        if (object(ctx, k).hidden == 0) erase_object(ctx, k);
     });
-}
-
-// Erases a window's selection box and outline.
-inline void erase_selection_marks(vel_context *ctx, uint32_t win)
-{
-    vel_undraw_selected_box(ctx, win);
-    vel_undraw_selected_lines(ctx, win);
-}
-
-// Entry fields, windows, text areas and chain members hold a text cursor.
-inline bool shows_editable_text(uint32_t type)
-{
-    switch (type) {
-    case VEL_TYPE_ENTRY:
-    case VEL_TYPE_NUMERIC_ENTRY:
-    case VEL_TYPE_WINDOW:
-    case VEL_TYPE_TEXT:
-    case VEL_TYPE_CHAIN: return true;
-    default: return false;
-    }
 }
 
 // Every frame action and window change that moves things ends with this:
 // everything painted again, without reformatting, and shown.
 inline void redraw_everything(vel_context *ctx)
 {
-    vel_draw_all_objects(ctx, 0, 1);
+    draw_scene(ctx, false, true);
 }
 
 } // namespace velumo::detail

@@ -2,7 +2,7 @@
 // dependents and text areas, and the one-axis clip that painting relies on.
 #include "render_fixture.hpp"
 
-#include "render/clip.hpp"
+#include "layout/clip.hpp"
 
 namespace velumo::test {
 namespace {

@@ -2,7 +2,7 @@
 // screen's edge, master cycles, dependent cycles and diamonds.
 #include "render_fixture.hpp"
 
-#include "internal.hpp"
+#include "model/tables.hpp"
 
 #include <cstdlib>
 

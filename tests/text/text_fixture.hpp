@@ -2,7 +2,7 @@
 // records, text widths in the test font, and line-buffer read-back.
 #pragma once
 
-#include "internal.hpp"
+#include "model/tables.hpp"
 #include "velumo_test.hpp"
 
 #include <cstring>

@@ -1,6 +1,8 @@
 // Hit testing: which object lies under a screen point, from the frame buttons
 // through the active window and its dependents to the other windows and the desktop.
-#include "internal.hpp"
+#include "input/input.hpp"
+#include "layout/geometry.hpp"
+#include "model/tables.hpp"
 
 namespace {
 
@@ -12,15 +14,16 @@ using velumo::detail::object;
 // Points arrive unsigned from the events and are compared signed.
 bool contains(vel_context *ctx, uint32_t n, uint32_t x, uint32_t y)
 {
-    return vel_in_object(ctx, n, static_cast<int32_t>(x), static_cast<int32_t>(y)) != 0;
+    return velumo::detail::contains_point(ctx, n, static_cast<int32_t>(x), static_cast<int32_t>(y));
 }
 
-// Dependents drawn as a frame around their master (border styles 2 and 3)
-// let clicks through, and so do objects without an area.
+// Dependents drawn as a frame around their master (the fitted styles without
+// a shadow) let clicks through, and so do hidden objects and objects
+// without an area.  A fitted shadow is hit.
 bool hit_testable_dependent(const vel_object &d)
 {
-    return d.hidden == 0 && d.width != 0 && d.height != 0 && d.border_style != 2 &&
-           d.border_style != 3;
+    return velumo::detail::is_visible(d) && d.border_style != VEL_BORDER_FITTED &&
+           d.border_style != VEL_BORDER_FITTED_FRAME;
 }
 
 // The innermost dependent of obj under the point, or 0.  The first hit in
@@ -81,21 +84,28 @@ uint32_t test_desktop_objects(vel_context *ctx, uint32_t x, uint32_t y)
 
 } // namespace
 
+namespace velumo::detail {
+
+bool contains_point(vel_context *ctx, uint32_t obj, int32_t x, int32_t y)
+{
+    const vel_object &o = object(ctx, obj);
+    if (master_of(ctx, o) != 0) {
+        const Limits limits = dependent_limits(ctx, obj);
+        const bool visible =
+            limits.left < x && x < limits.right && limits.top < y && y < limits.bottom;
+        if (!visible) return false;
+    }
+    return as_signed(o.x) < x && x < as_signed(o.x + o.width) && as_signed(o.y) < y &&
+           y < as_signed(o.y + o.height);
+}
+
+} // namespace velumo::detail
+
 extern "C" {
 
 uint32_t vel_in_object(vel_context *ctx, uint32_t obj, int32_t x, int32_t y)
 {
-    const vel_object &o = object(ctx, obj);
-    if (master_of(ctx, o) != 0) {
-        uint32_t left = 0, right = 0, top = 0, bottom = 0;
-        vel_get_borders_for_dep_object(ctx, obj, &left, &right, &top, &bottom);
-        const bool visible = static_cast<int32_t>(left) < x && x < static_cast<int32_t>(right) &&
-                             static_cast<int32_t>(top) < y && y < static_cast<int32_t>(bottom);
-        if (!visible) return 0;
-    }
-    const bool inside = static_cast<int32_t>(o.x) < x && x < static_cast<int32_t>(o.x + o.width) &&
-                        static_cast<int32_t>(o.y) < y && y < static_cast<int32_t>(o.y + o.height);
-    return inside ? 1 : 0;
+    return velumo::detail::contains_point(ctx, obj, x, y) ? 1 : 0;
 }
 
 uint32_t vel_test_dep_objs(vel_context *ctx, uint32_t obj, uint32_t x, uint32_t y)

@@ -1,21 +1,14 @@
 // Object geometry: the screen cut of top-level objects, usable sizes inside
 // masters, the root of a master chain and the exclusive clip limits.
-#include "render/geometry.hpp"
+#include "layout/geometry.hpp"
 
-#include "internal.hpp"
+#include "model/tables.hpp"
 
 #include <algorithm>
 #include <vector>
 
 namespace velumo::detail {
 namespace {
-
-// Edges are computed with 32-bit wrap-around and then read as signed
-// screen coordinates, so a bound one left of column 0 compares as -1.
-constexpr int32_t as_signed(uint32_t v)
-{
-    return static_cast<int32_t>(v);
-}
 
 // The cut width and height of the root and whether each one is cut.
 struct RootCut {
@@ -28,8 +21,7 @@ struct RootCut {
 RootCut root_cut(vel_context *ctx, uint32_t root)
 {
     const vel_object &r = object(ctx, root);
-    RootCut cut{vel_p_cutted_w_independent(ctx, root), vel_p_cutted_h_independent(ctx, root), false,
-                false};
+    RootCut cut{cut_width(ctx, root), cut_height(ctx, root), false, false};
     cut.cut_width = r.width > cut.width;
     cut.cut_height = r.height > cut.height;
     return cut;
@@ -45,12 +37,12 @@ Limits limits_inside_root(vel_context *ctx, const vel_object &o, uint32_t root)
     uint32_t top = 0;
     uint32_t right = 0;
     uint32_t bottom = 0;
-    if (o.clip_mode == 0) {
+    if (o.clip_mode == VEL_CLIP_MARGINS) {
         left = m.x + m.margin_left - 1;
         top = m.y + m.margin_top - 1;
         right = m.x + cut.width - m.margin_right;
         bottom = m.y + cut.height - m.margin_bottom;
-    } else if (o.clip_mode == 1) {
+    } else if (o.clip_mode == VEL_CLIP_FRAME) {
         left = m.x - 1;
         top = m.y - 1;
         right = m.x + cut.width;
@@ -89,10 +81,10 @@ Limits limits_in_chain(vel_context *ctx, const vel_object &o, uint32_t root)
         const uint32_t by = c.y - 1;
         const uint32_t bx2 = bx + c.width - 1;
         const uint32_t by2 = by + c.height - 1;
-        if (o.clip_mode == 0) {
+        if (o.clip_mode == VEL_CLIP_MARGINS) {
             candidate = {as_signed(bx + c.margin_left - 1), as_signed(bx2 - c.margin_right + 1),
                          as_signed(by + c.margin_top - 1), as_signed(by2 - c.margin_bottom + 1)};
-        } else if (o.clip_mode == 1) {
+        } else if (o.clip_mode == VEL_CLIP_FRAME) {
             candidate = {as_signed(bx - 1), as_signed(bx2 + 1), as_signed(by - 1),
                          as_signed(by2 + 1)};
         }
@@ -130,7 +122,7 @@ Limits inner_limits(const vel_object &o, uint32_t right, uint32_t bottom)
 Limits dependent_limits(vel_context *ctx, uint32_t obj)
 {
     const vel_object &o = object(ctx, obj);
-    const uint32_t root = vel_search_master(ctx, obj);
+    const uint32_t root = root_master(ctx, obj);
     if (master_of(ctx, o) == root) return limits_inside_root(ctx, o, root);
     return limits_in_chain(ctx, o, root);
 }
@@ -139,10 +131,8 @@ Limits text_limits(vel_context *ctx, uint32_t obj)
 {
     const vel_object &o = object(ctx, obj);
     const bool top_level = master_of(ctx, o) == 0;
-    const uint32_t outer_right =
-        o.x + (top_level ? vel_p_cutted_w_independent(ctx, obj) : o.width) - 1;
-    const uint32_t outer_bottom =
-        o.y + (top_level ? vel_p_cutted_h_independent(ctx, obj) : o.height) - 1;
+    const uint32_t outer_right = o.x + (top_level ? cut_width(ctx, obj) : o.width) - 1;
+    const uint32_t outer_bottom = o.y + (top_level ? cut_height(ctx, obj) : o.height) - 1;
     const Limits own = inner_limits(o, outer_right, outer_bottom);
     if (top_level) return own;
 
@@ -151,6 +141,39 @@ Limits text_limits(vel_context *ctx, uint32_t obj)
             own.right < master.right ? own.right : master.right,
             own.top > master.top ? own.top : master.top,
             own.bottom < master.bottom ? own.bottom : master.bottom};
+}
+
+uint32_t cut_width(vel_context *ctx, uint32_t obj)
+{
+    const vel_object &o = object(ctx, obj);
+    if (ctx->screen_width < o.x + o.width - 1) return ctx->screen_width - o.x - 2;
+    return o.width;
+}
+
+uint32_t cut_height(vel_context *ctx, uint32_t obj)
+{
+    const vel_object &o = object(ctx, obj);
+    if (ctx->screen_height < o.y + o.height - 1) return ctx->screen_height - o.y - 5;
+    return o.height;
+}
+
+uint32_t root_master(vel_context *ctx, uint32_t obj)
+{
+    const auto up = [ctx](uint32_t n) { return master_of(ctx, object(ctx, n)); };
+    if (up(obj) == 0) return 0;
+    // Two walkers, one twice as fast: on a cycle in the form data they meet
+    // on it and that object counts as the root, so no walk runs forever.
+    uint32_t slow = obj;
+    uint32_t fast = obj;
+    for (;;) {
+        slow = up(slow);
+        if (up(slow) == 0) return slow;
+        for (int step = 0; step < 2; ++step) {
+            fast = up(fast);
+            if (up(fast) == 0) return fast;
+        }
+        if (slow == fast) return slow;
+    }
 }
 
 } // namespace velumo::detail
@@ -192,7 +215,7 @@ uint32_t dependent_width(vel_context *ctx, uint32_t obj, uint32_t steps)
     const auto master = [ctx](uint32_t n) { return master_of(ctx, object(ctx, n)); };
     const auto up = [&](uint32_t n) { return master(master(n)) != 0 ? master(n) : 0; };
     const std::vector<uint32_t> chain = chain_from(obj, steps, up);
-    uint32_t width = vel_p_cutted_w_independent(ctx, master(chain.back()));
+    uint32_t width = velumo::detail::cut_width(ctx, master(chain.back()));
     for (auto n = chain.rbegin(); n != chain.rend(); ++n) {
         const vel_object &o = object(ctx, *n);
         const vel_object &m = object(ctx, master(*n));
@@ -208,7 +231,7 @@ uint32_t dependent_height(vel_context *ctx, uint32_t obj, uint32_t steps)
     const auto master = [ctx](uint32_t n) { return master_of(ctx, object(ctx, n)); };
     const std::vector<uint32_t> chain =
         chain_from(obj, steps, [&](uint32_t n) { return master(master(n)); });
-    uint32_t height = vel_p_cutted_h_independent(ctx, master(chain.back()));
+    uint32_t height = velumo::detail::cut_height(ctx, master(chain.back()));
     for (auto n = chain.rbegin(); n != chain.rend(); ++n) {
         const vel_object &o = object(ctx, *n);
         const vel_object &m = object(ctx, master(*n));
@@ -230,16 +253,12 @@ void store_limits(const velumo::detail::Limits &l, uint32_t *left, uint32_t *rig
 
 uint32_t vel_p_cutted_w_independent(vel_context *ctx, uint32_t obj)
 {
-    const vel_object &o = object(ctx, obj);
-    if (ctx->screen_width < o.x + o.width - 1) return ctx->screen_width - o.x - 2;
-    return o.width;
+    return velumo::detail::cut_width(ctx, obj);
 }
 
 uint32_t vel_p_cutted_h_independent(vel_context *ctx, uint32_t obj)
 {
-    const vel_object &o = object(ctx, obj);
-    if (ctx->screen_height < o.y + o.height - 1) return ctx->screen_height - o.y - 5;
-    return o.height;
+    return velumo::detail::cut_height(ctx, obj);
 }
 
 uint32_t vel_p_cutted_w_dependent(vel_context *ctx, uint32_t obj)
@@ -254,21 +273,7 @@ uint32_t vel_p_cutted_h_dependent(vel_context *ctx, uint32_t obj)
 
 uint32_t vel_search_master(vel_context *ctx, uint32_t obj)
 {
-    const auto up = [ctx](uint32_t n) { return master_of(ctx, object(ctx, n)); };
-    if (up(obj) == 0) return 0;
-    // Two walkers, one twice as fast: on a cycle in the form data they meet
-    // on it and that object counts as the root, so no walk runs forever.
-    uint32_t slow = obj;
-    uint32_t fast = obj;
-    for (;;) {
-        slow = up(slow);
-        if (up(slow) == 0) return slow;
-        for (int step = 0; step < 2; ++step) {
-            fast = up(fast);
-            if (up(fast) == 0) return fast;
-        }
-        if (slow == fast) return slow;
-    }
+    return velumo::detail::root_master(ctx, obj);
 }
 
 void vel_get_borders_for_dep_object(vel_context *ctx, uint32_t obj, uint32_t *left, uint32_t *right,

@@ -1,6 +1,8 @@
 // Measuring and line-editing steps shared by the object formatter and the
 // chained flow: umlauts, widths, copying words and the space rule.
-#include "text/layout.hpp"
+#include "text/line_breaking.hpp"
+
+#include "layout/geometry.hpp"
 
 namespace velumo::detail {
 
@@ -13,6 +15,19 @@ char translate_umlaut(const vel_context *ctx, char ch)
     case 0x81: return static_cast<char>(0xFC);
     default: return ch;
     }
+}
+
+void set_line_width_from_margins(vel_object &o)
+{
+    if (o.line_width == 0) o.line_width = o.width - (o.margin_right + o.margin_left);
+}
+
+void set_line_width_from_text_area(vel_context *ctx, uint32_t obj)
+{
+    vel_object &o = object(ctx, obj);
+    if (o.line_width != 0) return;
+    const Limits area = text_limits(ctx, obj);
+    o.line_width = static_cast<uint32_t>(area.right) - static_cast<uint32_t>(area.left) - 1;
 }
 
 int text_width(vel_context *ctx, const vel_object &measured_by, const char *text)

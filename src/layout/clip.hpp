@@ -14,6 +14,10 @@ struct RunFit {
     bool spans;    // start <= lo and end >= hi
     int32_t first; // start when it is inside, else lo + 1
     int32_t last;  // end when it is inside, else hi - 1
+
+    // The run shows at least one usable pixel: one end inside, or both
+    // beyond the limits on either side.
+    constexpr bool overlaps() const { return start_in || end_in || spans; }
 };
 
 constexpr RunFit fit_run(int32_t start, int32_t end, int32_t lo, int32_t hi)

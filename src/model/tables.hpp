@@ -1,5 +1,5 @@
-// Shared internal helpers: record access, line-buffer addressing, fonts, walks.
-// Every number read from form data or from the context is checked here.
+// The tables of a loaded form: record access, line-buffer addressing, fonts and
+// walks over dependents.  Every number read from form data or the context is checked here.
 #pragma once
 
 #include "velumo.h"
@@ -109,6 +109,9 @@ inline uint32_t stack_count(const vel_context *ctx)
 
 // ---------------------------------------------------------- text memory
 
+inline constexpr uint32_t last_line = VEL_MAX_LINES - 1;    // 39
+inline constexpr uint32_t last_column = VEL_LINE_BYTES - 1; // 99: where a full line's NUL stands
+
 // Start of line buffer t: buffers lie back to back, 4000 bytes each.
 inline char *line_buffer(vel_context *ctx, uint32_t text_index)
 {
@@ -129,13 +132,51 @@ inline char *record_text(vel_context *ctx, uint32_t text_index)
     return ctx->text_recs[text_index].text;
 }
 
-// The font an object is measured and rendered with: the context font for
-// font_choice 0, its own font for 1, none for anything else.
+// The text record of an object, with the text and its cursor index: record
+// text_index, the unused record 0 for a number outside the text records.
+// Callers need the text tables.
+inline vel_text_rec &text_record(vel_context *ctx, const vel_object &o)
+{
+    return ctx->text_recs[text_number(ctx, o.text_index)];
+}
+
+// The font an object is measured and rendered with: the context font, its
+// own font, or none for a font_choice that is neither.
 inline TTF_Font *object_font(vel_context *ctx, const vel_object &o)
 {
-    if (o.font_choice == 0) return ctx->font;
-    if (o.font_choice == 1) return o.own_font;
+    if (o.font_choice == VEL_FONT_DEFAULT) return ctx->font;
+    if (o.font_choice == VEL_FONT_OWN) return o.own_font;
     return nullptr;
+}
+
+// ------------------------------------------------------------ objects
+
+// An object of width or height 0 is not drawn, not hit and, in most walks,
+// not descended into.
+constexpr bool has_size(const vel_object &o)
+{
+    return o.width != 0 && o.height != 0;
+}
+
+// Not hidden and of some size: what the scene paints, hit testing tries and
+// a menu highlights.
+constexpr bool is_visible(const vel_object &o)
+{
+    return o.hidden == 0 && has_size(o);
+}
+
+// Windows, text areas, entry fields and chain members show editable text
+// and may carry the text cursor.
+constexpr bool takes_cursor(uint32_t type)
+{
+    switch (type) {
+    case VEL_TYPE_WINDOW:
+    case VEL_TYPE_TEXT:
+    case VEL_TYPE_ENTRY:
+    case VEL_TYPE_NUMERIC_ENTRY:
+    case VEL_TYPE_CHAIN: return true;
+    default: return false;
+    }
 }
 
 // ------------------------------------------------------------------ walks
@@ -208,32 +249,6 @@ template <typename Visit> void for_each_dependent(vel_context *ctx, uint32_t obj
 {
     DependentWalk walk(ctx);
     for_each_dependent(ctx, walk, obj, visit);
-}
-
-// ------------------------------------------------------------- geometry
-
-// A top-level window never stands closer to the screen's top left corner
-// than (11, 25): the frame buttons sit 24 pixels above it.  The record is
-// changed.  Comparisons are signed, so a position "left of 0" is clamped too.
-inline void clamp_top_level_window(const vel_context *ctx, vel_object &o)
-{
-    if (o.type != VEL_TYPE_WINDOW || master_of(ctx, o) != 0) return;
-    if (static_cast<int32_t>(o.x) <= 10) o.x = 11;
-    if (static_cast<int32_t>(o.y) <= 24) o.y = 25;
-}
-
-// Hands a rectangle to SDL_UpdateRects cut to the display surface: SDL
-// reads the pixels of every rectangle it is given without clipping.
-inline void update_screen_rect(vel_context *ctx, const SDL_Rect &rect)
-{
-    const SDL_Surface *screen = ctx->screen;
-    const int64_t left = std::clamp<int64_t>(rect.x, 0, screen->w);
-    const int64_t top = std::clamp<int64_t>(rect.y, 0, screen->h);
-    const int64_t right = std::clamp<int64_t>(int64_t{rect.x} + rect.w, left, screen->w);
-    const int64_t bottom = std::clamp<int64_t>(int64_t{rect.y} + rect.h, top, screen->h);
-    SDL_Rect cut{static_cast<Sint16>(left), static_cast<Sint16>(top),
-                 static_cast<Uint16>(right - left), static_cast<Uint16>(bottom - top)};
-    SDL_UpdateRects(ctx->screen, 1, &cut);
 }
 
 } // namespace velumo::detail

@@ -2,15 +2,13 @@
 // limits, the word buffer, measuring, the space rule and the character walk.
 #pragma once
 
-#include "internal.hpp"
+#include "model/tables.hpp"
 
 #include <cstdint>
 
 namespace velumo::detail {
 
-inline constexpr uint32_t last_line = VEL_MAX_LINES - 1;    // 39
-inline constexpr uint32_t last_column = VEL_LINE_BYTES - 1; // 99: where a full line's NUL stands
-inline constexpr uint32_t max_word_chars = 70;              // longer runs are cut into pieces
+inline constexpr uint32_t max_word_chars = VEL_WORD_CHARS; // longer runs are cut into pieces
 // Line slots 40..79 of buffer t are the lines of buffer t + 1.  The block of
 // line buffers keeps one spare buffer behind its last one, so any slot up to
 // 79 stays inside the allocation whatever t is; no walk goes further.
@@ -69,6 +67,14 @@ constexpr bool is_word_char(char ch)
 // The three lower-case umlauts of the DOS code pages become their ISO 8859-1
 // bytes when the context asks for it; nothing else is translated.
 char translate_umlaut(const vel_context *ctx, char ch);
+
+// A line_width of 0 stands for "not set yet".  Placing a single word sets it
+// to the object's width inside its margins ...
+void set_line_width_from_margins(vel_object &o);
+
+// ... formatting a whole text or stream to the width between the limits of
+// the object's text area.
+void set_line_width_from_text_area(vel_context *ctx, uint32_t obj);
 
 // Pixel width of a string in the object's font; 0 when the object has no font.
 int text_width(vel_context *ctx, const vel_object &measured_by, const char *text);
