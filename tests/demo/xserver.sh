@@ -13,6 +13,10 @@ wait_for() {
     done
 }
 
+# The programs under test click and read the screen at fixed places, so their
+# window opens at the top left corner: sdl12-compat centres it otherwise.
+export SDL_VIDEO_WINDOW_POS=0,0
+
 # Starts Xvfb (killed after $2 seconds at the latest) with its files in
 # directory $1, exports DISPLAY and returns once the display answers.  The
 # server picks a free display itself and writes its number to fd 3.
