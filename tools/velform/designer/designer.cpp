@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <csignal>
+#include <cstring>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -73,7 +74,7 @@ constexpr std::array kProperties{
     Named{"editable", PANELS_FIELD_EDITABLE},
     Named{"max_chars", PANELS_FIELD_MAX_CHARS},
 };
-// The tree's rows: its template and the spare records behind it.
+// The tree's rows, its dependents.
 constexpr uint32_t kTreeRows = 10;
 
 template <std::size_t N> const Named *find_object(const std::array<Named, N> &table, uint32_t n)
@@ -143,11 +144,21 @@ void outline(vel_context &ctx, SDL_Rect r, vel_rgb colour)
                        colour.g, colour.b);
 }
 
-// The rows the library made under the tree.
+bool same_form(const Form &a, const Form &b)
+{
+    const auto same = [](const auto &x, const auto &y) {
+        return x.size() == y.size() &&
+               std::memcmp(x.data(), y.data(), x.size() * sizeof x.front()) == 0;
+    };
+    return a.names == b.names && a.text_names == b.text_names && same(a.objects, b.objects) &&
+           same(a.texts, b.texts);
+}
+
+// The rows of the tree.
 std::vector<uint32_t> tree_rows(const vel_context &panels)
 {
     const uint32_t *deps = panels.objects[PANELS_TREE].dep_objs;
-    return {deps, std::find(deps, deps + kMaxDependents, 0u)};
+    return {deps, deps + kTreeRows};
 }
 
 bool is_frame_button(uint32_t n)
@@ -194,10 +205,10 @@ FormContext::~FormContext()
     if (ctx.text_surface) SDL_FreeSurface(ctx.text_surface);
 }
 
-bool FormContext::load(const fs::path &form, const fs::path &texts, uint32_t spare_objects)
+bool FormContext::load(const fs::path &form, const fs::path &texts)
 {
     unload();
-    return vel_load_form(&ctx, spare_objects, 0, form.c_str(), texts.c_str()) == 1;
+    return vel_load_form(&ctx, 0, 0, form.c_str(), texts.c_str()) == 1;
 }
 
 void FormContext::unload()
@@ -230,13 +241,12 @@ Designer::Designer(const EditOptions &options)
 
 void Designer::load_panels()
 {
-    if (!panels_.load(PANELS_FORM_FILE, PANELS_TEXT_FILE, kTreeRows))
+    if (!panels_.load(PANELS_FORM_FILE, PANELS_TEXT_FILE))
         throw std::runtime_error("cannot load the designer's panels " PANELS_FORM_FILE);
     vel_context &p = panels_.ctx;
     p.background_colour = kPanelColour;
-    vel_prepare_fileselector(&p, PANELS_TREE, kTreeRows);
     const uint32_t shift = static_cast<uint32_t>(width_ - kLayoutWidth);
-    for (uint32_t n = kFirstFormObject; n < p.objects[0].reserved; ++n)
+    for (uint32_t n = kFirstFormObject; n <= p.object_count; ++n)
         p.objects[n].x += shift;
 }
 
@@ -252,7 +262,9 @@ void Designer::load_canvas()
     vel_context &c = canvas_.ctx;
     vel_draw_all_objects(&c, 1, 0);
     if (selected_ > c.object_count) selected_ = 0;
-    const uint32_t top = top_of(selected_);
+    if (selected_ != 0) shown_ = top_of(selected_);
+    if (shown_ > c.object_count) shown_ = 0;
+    const uint32_t top = shown_;
     if (top != 0 && c.objects[top].type == VEL_TYPE_MENU) c.objects[top].hidden = 0;
     if (top != 0 && c.objects[top].type == VEL_TYPE_WINDOW) {
         c.window_to_activate = top;
@@ -400,6 +412,7 @@ template <typename Edit> void Designer::change(Edit edit, const std::string &don
 {
     Form next = form();
     std::string error = edit(next);
+    if (error.empty() && same_form(next, form())) return refresh_panels();
     if (error.empty()) error = first_error(next, file_);
     if (!error.empty()) {
         say("Refused: " + error);
@@ -793,7 +806,12 @@ int edit_command(const EditOptions &options, std::ostream &messages)
         return 1;
     }
     try {
-        Designer designer(options);
+        // Relative picture and font paths are kept as written, and they are
+        // relative to the form's directory, as the compiler reads them.
+        EditOptions absolute = options;
+        absolute.form = fs::absolute(options.form);
+        fs::current_path(absolute.form.parent_path());
+        Designer designer(absolute);
         designer.run();
         return 0;
     } catch (const std::exception &e) {

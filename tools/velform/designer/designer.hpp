@@ -44,8 +44,7 @@ public:
     ~FormContext();
     FormContext(const FormContext &) = delete;
     FormContext &operator=(const FormContext &) = delete;
-    bool load(const std::filesystem::path &form, const std::filesystem::path &texts,
-              uint32_t spare_objects = 0);
+    bool load(const std::filesystem::path &form, const std::filesystem::path &texts);
     void unload();
     vel_context ctx{};
 };
@@ -121,7 +120,8 @@ private:
     ScratchDir scratch_;
     History history_;
     uint32_t selected_ = 0;
-    std::string armed_; // the palette's type word waiting for a click
+    uint32_t shown_ = 0; // the window or menu opened on the canvas
+    std::string armed_;  // the palette's type word waiting for a click
     std::optional<Drag> drag_;
     std::vector<uint32_t> tree_objects_; // the object in each tree row
     bool previewing_ = false;
