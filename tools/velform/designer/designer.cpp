@@ -148,7 +148,7 @@ bool same_form(const Form &a, const Form &b)
 {
     const auto same = [](const auto &x, const auto &y) {
         return x.size() == y.size() &&
-               std::memcmp(x.data(), y.data(), x.size() * sizeof x.front()) == 0;
+               (x.empty() || std::memcmp(x.data(), y.data(), x.size() * sizeof x.front()) == 0);
     };
     return a.names == b.names && a.text_names == b.text_names && same(a.objects, b.objects) &&
            same(a.texts, b.texts);
