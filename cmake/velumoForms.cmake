@@ -2,7 +2,7 @@
 # Included by the project itself and by the installed package configuration.
 #
 #   velumo_add_form(<target> <form.toml> [PREFIX <prefix>] [ASSET_DIR <dir>]
-#                   [INSTALL_DESTINATION <dir>])
+#                   [INSTALL_DESTINATION <dir>] [COMPILER <target>])
 #
 # Writes <stem>.vfm, <stem>.vtx and <stem>.h (stem: the form's name up to its
 # first dot) into ${CMAKE_CURRENT_BINARY_DIR}/velumo_forms/<target>/, puts that
@@ -12,9 +12,10 @@
 # definitions name the installed files, ${CMAKE_INSTALL_PREFIX}/<dir>/...
 # ASSET_DIR is passed to velform --asset-dir: the directory the application
 # finds the form's pictures and fonts in at run time (default: the form's
-# own directory).  PREFIX defaults to the stem in upper case.
+# own directory).  PREFIX defaults to the stem in upper case.  COMPILER names
+# the program that compiles (default: velform).
 function(velumo_add_form target form)
-  cmake_parse_arguments(PARSE_ARGV 2 arg "" "PREFIX;ASSET_DIR;INSTALL_DESTINATION" "")
+  cmake_parse_arguments(PARSE_ARGV 2 arg "" "PREFIX;ASSET_DIR;INSTALL_DESTINATION;COMPILER" "")
   if(arg_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "velumo_add_form: unknown arguments ${arg_UNPARSED_ARGUMENTS}")
   endif()
@@ -34,10 +35,14 @@ function(velumo_add_form target form)
     list(APPEND options "--asset-dir=${arg_ASSET_DIR}")
   endif()
   # In the velumo build the tool is the target velform, else velumo::velform.
-  set(tool velumo::velform)
-  get_target_property(aliased ${tool} ALIASED_TARGET)
-  if(aliased)
-    set(tool ${aliased})
+  if(arg_COMPILER)
+    set(tool ${arg_COMPILER})
+  else()
+    set(tool velumo::velform)
+    get_target_property(aliased ${tool} ALIASED_TARGET)
+    if(aliased)
+      set(tool ${aliased})
+    endif()
   endif()
   add_custom_command(
     OUTPUT "${out}.vfm" "${out}.vtx" "${out}.h"

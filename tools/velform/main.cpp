@@ -1,17 +1,19 @@
 // velform: the command line of the form toolchain.  Parses the arguments
 // and hands each subcommand to its function in velform_core or the renderer.
 #include "commands.hpp"
+#include "designer/designer.hpp"
 #include "render.hpp"
 
 #include <CLI/CLI.hpp>
 
+#include <cstdlib>
 #include <iostream>
 #include <string>
 
 namespace {
 
 // "640x480" into width and height; CLI11 reports anything else.
-std::string parse_size(const std::string &text, velform::RenderOptions &options)
+template <typename Options> std::string parse_size(const std::string &text, Options &options)
 {
     const auto x = text.find('x');
     try {
@@ -97,6 +99,26 @@ int main(int argc, char **argv)
         if (const std::string error = parse_size(size, render); !error.empty())
             throw CLI::ValidationError("--size", error);
         status = velform::render_command(render, std::cerr);
+    });
+
+    velform::designer::EditOptions edit;
+    std::string edit_size = "1024x768";
+    CLI::App *edit_app = app.add_subcommand(
+        "edit", "Edit a TOML form in the visual designer (SDL's dummy driver without DISPLAY)");
+    edit_app->add_option("form", edit.form, "The TOML form to edit and save")->required();
+    edit_app->add_option("--size", edit_size, "Window size WIDTHxHEIGHT, at least 1024x768")
+        ->capture_default_str();
+    edit_app->footer("Mouse: click selects, drag moves, the eight handles resize, dropping an\n"
+                     "object onto another makes it that one's dependent; a palette button and a\n"
+                     "click on the canvas adds an object.  Keys: arrows move by 1 (Shift: 10),\n"
+                     "Delete removes, Ctrl+Z undoes, Ctrl+Y redoes, Ctrl+S saves, F5 previews,\n"
+                     "Ctrl+Q quits.  In a property field Enter applies, Escape keeps the value.");
+    edit_app->callback([&] {
+        if (const std::string error = parse_size(edit_size, edit); !error.empty())
+            throw CLI::ValidationError("--size", error);
+        const char *display = std::getenv("DISPLAY");
+        edit.headless = !display || !*display;
+        status = velform::designer::edit_command(edit, std::cerr);
     });
 
     CLI11_PARSE(app, argc, argv);

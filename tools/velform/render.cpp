@@ -5,6 +5,7 @@
 #include "binary_form.hpp"
 #include "commands.hpp"
 #include "png_writer.hpp"
+#include "scratch_dir.hpp"
 #include "velumo.h"
 
 #include <SDL_ttf.h>
@@ -18,27 +19,6 @@ namespace velform {
 namespace {
 
 namespace fs = std::filesystem;
-
-// A scratch directory for a compiled TOML form, removed at the end.
-class ScratchDir {
-public:
-    ScratchDir()
-    {
-        std::string pattern = (fs::temp_directory_path() / "velform-XXXXXX").string();
-        if (mkdtemp(pattern.data())) path_ = pattern;
-    }
-    ~ScratchDir()
-    {
-        std::error_code ignored;
-        if (!path_.empty()) fs::remove_all(path_, ignored);
-    }
-    ScratchDir(const ScratchDir &) = delete;
-    ScratchDir &operator=(const ScratchDir &) = delete;
-    const fs::path &path() const { return path_; }
-
-private:
-    fs::path path_;
-};
 
 // SDL, SDL_ttf and the library's context, set up like an application's and
 // closed by vel_close, which also ends SDL.
@@ -59,16 +39,9 @@ public:
                                 : std::string("cannot open the screen: ") + SDL_GetError();
             return;
         }
-        ctx_.screen_width = static_cast<uint32_t>(options.width);
-        ctx_.screen_height = static_cast<uint32_t>(options.height);
-        ctx_.screen_rect =
-            SDL_Rect{0, 0, static_cast<Uint16>(options.width), static_cast<Uint16>(options.height)};
-        ctx_.background_colour = {250, 250, 250};
-        ctx_.mark_colour_a = {200, 40, 40};
-        ctx_.mark_colour_b = {40, 40, 200};
-        ctx_.scroll_step = 10;
-        ctx_.texts_loaded = 1;
-        SDL_FillRect(ctx_.screen, nullptr, SDL_MapRGB(ctx_.screen->format, 250, 250, 250));
+        prepare_context(ctx_, options.width, options.height);
+        SDL_FillRect(ctx_.screen, nullptr,
+                     SDL_MapRGB(ctx_.screen->format, kBackground.r, kBackground.g, kBackground.b));
     }
     ~Display()
     {
@@ -110,6 +83,18 @@ std::optional<uint32_t> object_number(const Form &form, const std::string &name)
 }
 
 } // namespace
+
+void prepare_context(vel_context &ctx, int width, int height)
+{
+    ctx.screen_width = static_cast<uint32_t>(width);
+    ctx.screen_height = static_cast<uint32_t>(height);
+    ctx.screen_rect = SDL_Rect{0, 0, static_cast<Uint16>(width), static_cast<Uint16>(height)};
+    ctx.background_colour = kBackground;
+    ctx.mark_colour_a = {200, 40, 40};
+    ctx.mark_colour_b = {40, 40, 200};
+    ctx.scroll_step = 10;
+    ctx.texts_loaded = 1;
+}
 
 int render_command(const RenderOptions &options, std::ostream &messages)
 {

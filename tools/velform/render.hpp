@@ -2,6 +2,8 @@
 // video driver, the way an application shows it, saved as a PNG picture.
 #pragma once
 
+#include "velumo.h"
+
 #include <filesystem>
 #include <optional>
 #include <ostream>
@@ -11,6 +13,12 @@
 namespace velform {
 
 inline constexpr const char *kDefaultFont = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
+
+inline constexpr vel_rgb kBackground{250, 250, 250};
+
+// The display fields of a context that shows forms as `velform render`
+// does, for a screen of width x height; the caller sets screen and font.
+void prepare_context(vel_context &ctx, int width, int height);
 
 struct RenderOptions {
     std::filesystem::path form; // FORM.toml (compiled first) or FORM.vfm

@@ -13,13 +13,6 @@ namespace velform {
 
 namespace {
 
-std::string hex_colour(uint32_t r, uint32_t g, uint32_t b)
-{
-    char text[8];
-    std::snprintf(text, sizeof text, "#%02x%02x%02x", r, g, b);
-    return text;
-}
-
 bool same_record(const vel_object_file_rec &a, const vel_object_file_rec &b)
 {
     return std::memcmp(&a, &b, sizeof a) == 0;
@@ -184,6 +177,13 @@ private:
 };
 
 } // namespace
+
+std::string hex_colour(uint32_t r, uint32_t g, uint32_t b)
+{
+    char text[8];
+    std::snprintf(text, sizeof text, "#%02x%02x%02x", r, g, b);
+    return text;
+}
 
 std::string toml_string(std::string_view latin1, bool multi_line)
 {

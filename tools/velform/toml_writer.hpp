@@ -4,7 +4,9 @@
 
 #include "form.hpp"
 
+#include <cstdint>
 #include <ostream>
+#include <string>
 #include <string_view>
 
 namespace velform {
@@ -17,5 +19,8 @@ void write_toml_form(const Form &form, std::string_view origin, std::ostream &ou
 // A TOML basic string holding the Latin-1 `text`, quoted and escaped;
 // multi-line keeps line ends as they are.
 std::string toml_string(std::string_view latin1, bool multi_line = false);
+
+// A colour of components up to 255 as "#rrggbb".
+std::string hex_colour(uint32_t r, uint32_t g, uint32_t b);
 
 } // namespace velform
