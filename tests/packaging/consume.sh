@@ -1,6 +1,7 @@
 #!/bin/sh
 # Installs the built library into a scratch prefix and builds the consumer
-# program against it twice: through pkg-config and through find_package.
+# program against it twice: through pkg-config and through find_package; then
+# starts the installed designer.
 set -eu
 build_dir=$1
 source_dir=$2
@@ -21,3 +22,10 @@ cmake -S "$source_dir/cmake_consumer" -B "$scratch/cmake_build" \
 cmake --build "$scratch/cmake_build" >/dev/null
 "$scratch/cmake_build/consumer"
 "$scratch/cmake_build/form_consumer"
+
+# The installed designer finds its own panels under share/velumo: it starts
+# (headless, stopped after its first line) and says it is ready.
+printf '[[object]]\nname = "w"\ntype = "window"\nwidth = 90\nheight = 60\n' >"$scratch/w.form.toml"
+test -f "$scratch/prefix/share/velumo/panels.vfm"
+SDL_VIDEODRIVER=dummy timeout -s KILL 6 "$scratch/prefix/bin/velform" edit "$scratch/w.form.toml" |
+    grep -m 1 -q '^ready:'

@@ -17,6 +17,7 @@
 #include <cstring>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -155,6 +156,24 @@ bool same_form(const Form &a, const Form &b)
 }
 
 // The rows of the tree.
+struct PanelFiles {
+    fs::path form, texts;
+};
+
+// The panels as installed beside velform (PANELS_INSTALLED_DIR from its own
+// directory), else where the build compiled them.
+PanelFiles panel_files()
+{
+    std::error_code error;
+    const fs::path self = fs::read_symlink("/proc/self/exe", error);
+    if (!error) {
+        const fs::path installed = self.parent_path() / PANELS_INSTALLED_DIR;
+        if (fs::exists(installed / "panels.vfm", error))
+            return {installed / "panels.vfm", installed / "panels.vtx"};
+    }
+    return {PANELS_FORM_FILE, PANELS_TEXT_FILE};
+}
+
 std::vector<uint32_t> tree_rows(const vel_context &panels)
 {
     const uint32_t *deps = panels.objects[PANELS_TREE].dep_objs;
@@ -241,8 +260,9 @@ Designer::Designer(const EditOptions &options)
 
 void Designer::load_panels()
 {
-    if (!panels_.load(PANELS_FORM_FILE, PANELS_TEXT_FILE))
-        throw std::runtime_error("cannot load the designer's panels " PANELS_FORM_FILE);
+    const PanelFiles files = panel_files();
+    if (!panels_.load(files.form.c_str(), files.texts.c_str()))
+        throw std::runtime_error("cannot load the designer's panels " + files.form.string());
     vel_context &p = panels_.ctx;
     p.background_colour = kPanelColour;
     const uint32_t shift = static_cast<uint32_t>(width_ - kLayoutWidth);
