@@ -18,10 +18,12 @@ wait_for() {
 export SDL_VIDEO_WINDOW_POS=0,0
 
 # Starts Xvfb (killed after $2 seconds at the latest) with its files in
-# directory $1, exports DISPLAY and returns once the display answers.  The
+# directory $1, with -noreset: otherwise the server resets when its last
+# client leaves (xdpyinfo, below) and refuses whoever connects meanwhile.
+# Exports DISPLAY and returns once the display answers.  The
 # server picks a free display itself and writes its number to fd 3.
 start_xserver() {
-    timeout -s KILL "$2" Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp \
+    timeout -s KILL "$2" Xvfb -displayfd 3 -screen 0 1024x768x24 -nolisten tcp -noreset \
         3>"$1/display" 2>"$1/xvfb.log" &
     server_pid=$!
     wait_for 20 test -s "$1/display" || return 1
