@@ -134,6 +134,9 @@ public:
 
     void build(FormBuilder &form, TextBuilder &texts)
     {
+        // All records made first: the references below must stay valid.
+        constexpr uint32_t most_objects = VEL_FRAME_BUTTONS + 4 * 11;
+        form.object(most_objects);
         for (uint32_t n = 1; n <= VEL_FRAME_BUTTONS; ++n) {
             vel_object_file_rec &b = form.object(n);
             b.width = b.height = VEL_FRAME_BUTTON_SIZE;
