@@ -270,6 +270,7 @@ public:
         *ctx_ = original;
         vel_context &c = *ctx_;
         c.text_surface = nullptr;
+        c.text_cache = nullptr;
         c.objects = copy_of(original.objects, original.objects[0].reserved);
         const std::size_t texts = original.text_recs[0].reserved;
         c.text_recs = copy_of(original.text_recs, texts);
@@ -281,6 +282,7 @@ public:
     ~StartedCopy()
     {
         SDL_FreeSurface(ctx_->text_surface);
+        vel_clear_text_cache(ctx_.get());
         std::free(ctx_->objects);
         std::free(ctx_->text_recs);
         std::free(ctx_->text_bufs);

@@ -132,6 +132,13 @@ enum {
     VEL_APP_FIELDS = 16           /* uint32_t words in each application space */
 };
 
+/* The text cache (vel_context.text_cache_limit): rendered text lines kept
+ * for the next redraw, least recently used out first. */
+enum {
+    VEL_TEXT_CACHE_DEFAULT_LIMIT = 4 << 20, /* 4 MiB, the limit when the field is 0 */
+    VEL_TEXT_CACHE_OFF = 1                  /* no line fits: every line is rendered anew */
+};
+
 /* Colour triple of the context: red, green, blue. */
 typedef struct vel_rgb {
     uint8_t r, g, b;
@@ -232,6 +239,9 @@ typedef struct vel_object {
     char *stream;                          /* run time: external text of a chain head */
 } vel_object;
 
+/* The library's cache of rendered text lines; opaque to applications. */
+typedef struct vel_text_cache vel_text_cache;
+
 /* The one state record.  The application zero-fills it, sets the display
  * fields and hands it to every function.  The two application spaces
  * (app_fields_a, app_fields_b, VEL_APP_FIELDS words each) are never read
@@ -240,7 +250,7 @@ typedef struct vel_context {
     SDL_Event event;           /* event last fetched by the input loops */
     TTF_Font *font;            /* default font (font_choice 0) */
     SDL_Surface *screen;       /* display surface; all drawing goes here */
-    SDL_Surface *text_surface; /* the text line rendered last */
+    SDL_Surface *text_surface; /* the text line painted last (a reference of its own) */
     SDL_Rect screen_rect;      /* rectangle of full refreshes, clip of top-level borders */
     vel_rgb background_colour;
     vel_rgb mark_colour; /* selection marks, copied from set A or B */
@@ -272,6 +282,10 @@ typedef struct vel_context {
     char *text_bufs;         /* line buffers: buffer t at byte 4000 t, line n 100 n further */
     vel_object *objects;     /* object table, index 0 unused */
     vel_object_file_rec *file_recs; /* form file copy, only during start-up */
+    vel_text_cache *text_cache;     /* rendered lines; made by painting, freed by
+                                       vel_clear_text_cache; null in a zeroed context */
+    uint32_t text_cache_limit;      /* bytes the cache holds at most, lines and their
+                                       bookkeeping; 0: VEL_TEXT_CACHE_DEFAULT_LIMIT */
 } vel_context;
 
 /* ========================================================================
@@ -360,7 +374,8 @@ int32_t vel_load_object_images(vel_context *ctx, uint32_t first);
  * VEL_FONT_OWN, from font_path at font_size.
  * Parameters: first: the first object tried (0 stands for 1), up to
  *   object_count.
- * Writes: own_font; null after a failure.
+ * Writes: own_font; null after a failure; the text cache is cleared when
+ *   a font is closed to be opened again.
  * Result: 0 when no font was tried, else that of the last one: 1 opened, -1
  *   failed.
  * Oddities: a failure prints "TTF_OpenFont: <SDL error>". */
@@ -371,7 +386,7 @@ int32_t vel_load_object_fonts(vel_context *ctx, uint32_t first);
  * and SDL stay, so another form can be loaded into the same context.
  * Parameters: none.
  * Writes: closes the own fonts and frees the pictures of objects
- *   1..object_count, frees text records and line buffers when texts_loaded
+ *   1..object_count, clears the text cache, frees text records and line buffers when texts_loaded
  *   is 1 (text_count becomes 0) and the object table; object_count,
  *   active_window, window_to_activate, cursor_object and window_count
  *   become 0, since they name objects that are gone; every pointer it frees
@@ -381,8 +396,25 @@ int32_t vel_load_object_fonts(vel_context *ctx, uint32_t first);
  *   pointers stay set. */
 void vel_unload_form(vel_context *ctx);
 
-/** vel_close: closes the context font, frees text_surface and screen,
- * releases the form as vel_unload_form does, then quits SDL_ttf and SDL.
+/** vel_clear_text_cache: frees the text cache with every line it holds.
+ * Painting keeps each rendered line, keyed by its font (the TTF_Font
+ * pointer with its height, style, outline, hinting and kerning), text and
+ * colour; the next painting of the same line blits the kept surface, pixel
+ * for pixel what rendering it again gives.  The library clears the cache
+ * itself wherever it closes fonts (vel_load_object_fonts, vel_unload_form,
+ * vel_close).  An application that closes a font the library has painted
+ * with (the context font, an own_font of an object it made) calls this
+ * function before opening the next font: a new font may be given the
+ * closed one's address.
+ * Parameters: none.
+ * Writes: text_cache becomes null; text_cache_limit stays.
+ * Result: none.
+ * Oddities: the cached surfaces are not tied to the screen's format: a
+ *   line is blitted onto the screen as it was rendered, at any depth. */
+void vel_clear_text_cache(vel_context *ctx);
+
+/** vel_close: closes the context font, frees text_surface, the text cache
+ * and screen, releases the form as vel_unload_form does, then quits SDL_ttf and SDL.
  * Parameters: none.
  * Writes: every pointer it frees becomes null, so nothing is freed twice.
  * Result: none.
@@ -630,8 +662,12 @@ void vel_get_borders_for_text(vel_context *ctx, uint32_t obj, uint32_t *left, ui
  * Parameters: obj: the object.
  * Writes: a top-level window at x <= 10 or y <= 24 (signed) is moved to
  *   x = 11, y = 25; a kind-1 window with centred 1 gets scroll_x set so each
- *   line is centred in its text area; each rendered line replaces
- *   ctx->text_surface, the previous surface freed first.
+ *   line is centred in its text area; each painted line replaces
+ *   ctx->text_surface, the previous surface freed first.  Lines are taken
+ *   from the text cache when it holds them and kept there when they are
+ *   rendered; ctx->text_surface then holds a reference of its own to the
+ *   cached surface, so it stays valid and is freed with SDL_FreeSurface as
+ *   before.
  * Result: none.
  * Oddities:
  * - Body: top level a box of its cut size (16 x 16 for objects 1..7) or,

@@ -4,20 +4,37 @@
 
 #include <SDL.h>
 
+#include <algorithm>
 #include <cstdint>
 
 namespace velumo::detail {
 
-// Long enough to leave the processor idle, short enough that no event
-// waits noticeably before it is handled.
-inline constexpr uint32_t idle_pause_ms = 1;
+// The pause after a quiet poll doubles up to the longest while nothing
+// happens, so an idle loop wakes about a hundred times a second, and falls
+// back to the first at the next event, so typing and dragging stay prompt.
+// The longest pause bounds how late a new event is seen.
+inline constexpr uint32_t idle_first_pause_ms = 1;
+inline constexpr uint32_t idle_longest_pause_ms = 8;
 
-// Fetches the next pending event into `event`.  When none is pending the
-// record keeps the event it held (loops handle that one again, as before)
-// and the caller is paused briefly first; the order of events is unchanged.
-inline void poll_event_or_pause(SDL_Event &event)
-{
-    if (SDL_PollEvent(&event) == 0) SDL_Delay(idle_pause_ms);
-}
+// One waiting loop's pause; each loop call keeps its own.
+class IdlePause {
+public:
+    // Fetches the next pending event into `event`.  When none is pending the
+    // record keeps the event it held (loops handle that one again, as
+    // before) and the caller is paused first; the order of events is
+    // unchanged.
+    void poll(SDL_Event &event)
+    {
+        if (SDL_PollEvent(&event) != 0) {
+            pause_ms_ = idle_first_pause_ms;
+            return;
+        }
+        SDL_Delay(pause_ms_);
+        pause_ms_ = std::min(2 * pause_ms_, idle_longest_pause_ms);
+    }
+
+private:
+    uint32_t pause_ms_ = idle_first_pause_ms;
+};
 
 } // namespace velumo::detail

@@ -39,9 +39,10 @@ namespace velumo::detail {
 uint32_t run_selection(vel_context *ctx, int32_t stop_a, int32_t stop_b)
 {
     uint32_t result = 0;
+    IdlePause pause;
     while (result != static_cast<uint32_t>(stop_a) && result != static_cast<uint32_t>(stop_b) &&
            result != VEL_BUTTON_CLOSE) {
-        poll_event_or_pause(ctx->event);
+        pause.poll(ctx->event);
         dispatch(ctx, result);
     }
     return result;

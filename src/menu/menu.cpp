@@ -135,8 +135,9 @@ uint32_t vel_move_out_menu(vel_context *ctx, uint32_t menu, uint32_t mode)
     uint32_t chosen = 0;
     bool entered = false;
     bool finished = false;
+    IdlePause pause;
     while (!finished) {
-        poll_event_or_pause(event);
+        pause.poll(event);
         int mouse_x = 0;
         int mouse_y = 0;
         SDL_GetMouseState(&mouse_x, &mouse_y);

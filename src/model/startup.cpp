@@ -1,6 +1,7 @@
 // Start-up and shutdown: reads the form and text files into the context,
 // opens the objects' pictures and fonts, and releases everything at the end.
 #include "model/tables.hpp"
+#include "model/text_cache.hpp"
 
 #include <SDL_image.h>
 
@@ -408,7 +409,11 @@ int32_t vel_load_object_fonts(vel_context *ctx, uint32_t first)
     for (uint32_t k = first == 0 ? 1 : first; k <= last; ++k) {
         vel_object &o = ctx->objects[k];
         if (o.font_choice != VEL_FONT_OWN) continue;
-        if (o.own_font) TTF_CloseFont(o.own_font);
+        if (o.own_font) {
+            // Its lines must not be taken for those of a font opened at its address.
+            velumo::detail::clear_text_cache(ctx);
+            TTF_CloseFont(o.own_font);
+        }
         o.own_font = TTF_OpenFont(o.font_path, static_cast<int>(o.font_size));
         if (!o.own_font) {
             std::printf("TTF_OpenFont: %s\n", SDL_GetError());
@@ -422,6 +427,7 @@ int32_t vel_load_object_fonts(vel_context *ctx, uint32_t first)
 
 void vel_unload_form(vel_context *ctx)
 {
+    velumo::detail::clear_text_cache(ctx);
     if (ctx->objects) {
         const uint32_t last = velumo::detail::loaded_object_count(ctx);
         for (uint32_t k = 1; k <= last; ++k) {

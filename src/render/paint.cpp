@@ -4,10 +4,11 @@
 #include "layout/geometry.hpp"
 #include "layout/screen.hpp"
 #include "model/tables.hpp"
+#include "model/text_cache.hpp"
 #include "render/render.hpp"
 
 #include <cstring>
-#include <string>
+#include <string_view>
 
 namespace {
 
@@ -89,20 +90,20 @@ bool has_text(vel_context *ctx, const vel_object &o)
     return false;
 }
 
-// Line n of the object as a string: its formatted line, or the caption at
-// every n.  Copied with a bound so that an unterminated field stays inside.
-std::string line_text(vel_context *ctx, const vel_object &o, uint32_t n)
+// Line n of the object: its formatted line, or the caption at every n.
+// Bounded so that an unterminated field stays inside.
+std::string_view line_text(vel_context *ctx, const vel_object &o, uint32_t n)
 {
     if (is_caption_type(o.type)) return {o.label, strnlen(o.label, sizeof o.label)};
     const char *line = velumo::detail::line_at(ctx, text_number(ctx, o.text_index), n);
     return {line, strnlen(line, VEL_LINE_BYTES)};
 }
 
-void render_line(vel_context *ctx, TTF_Font *font, const std::string &text, SDL_Color colour,
-                 SDL_Rect source, SDL_Rect dest)
+// The rendered line becomes text_surface and is blitted from there.
+void paint_line(vel_context *ctx, velumo::detail::TextLine &line, SDL_Rect source, SDL_Rect dest)
 {
     SDL_FreeSurface(ctx->text_surface);
-    ctx->text_surface = TTF_RenderText_Blended(font, text.c_str(), colour);
+    ctx->text_surface = line.render();
     if (ctx->text_surface != nullptr) SDL_UpperBlit(ctx->text_surface, &source, ctx->screen, &dest);
 }
 
@@ -129,10 +130,8 @@ void paint_text(vel_context *ctx, uint32_t obj, uint32_t right, uint32_t bottom)
     uint32_t source_x = 0;
     for (uint32_t n = 0;
          n <= o.number_of_lines && n < VEL_MAX_LINES && as_signed(top) < limits.bottom; ++n) {
-        const std::string text = line_text(ctx, o, n);
-        int measured = 0;
-        TTF_SizeText(font, text.c_str(), &measured, nullptr);
-        const auto text_width = static_cast<uint32_t>(measured);
+        velumo::detail::TextLine line(ctx, font, line_text(ctx, o, n), colour);
+        const auto text_width = static_cast<uint32_t>(line.width());
         if (centred && velumo::detail::cut_width(ctx, obj) > text_width) {
             const uint32_t free_width = static_cast<uint32_t>(limits.right) -
                                         static_cast<uint32_t>(limits.left) - 1 - text_width;
@@ -155,8 +154,8 @@ void paint_text(vel_context *ctx, uint32_t obj, uint32_t right, uint32_t bottom)
 
         const bool height_ok = down.kind != ClipCase::cut_both || down.length != 0;
         if (down.matched() && across.matched() && across.length != 0 && height_ok) {
-            render_line(
-                ctx, font, text, colour,
+            paint_line(
+                ctx, line,
                 make_rect(as_signed(source_x), as_signed(down.source), across.length, down.length),
                 make_rect(across.dest, down.dest, across.length, down.length));
             if (is_caption_type(o.type)) break;

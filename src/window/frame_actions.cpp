@@ -113,8 +113,9 @@ SDL_MouseButtonEvent wait_for_left_press(vel_context *ctx)
 {
     SDL_Event &event = ctx->event;
     event.type = 0;
+    IdlePause pause;
     while (event.type != SDL_MOUSEBUTTONDOWN || event.button.button != SDL_BUTTON_LEFT)
-        poll_event_or_pause(event);
+        pause.poll(event);
     const SDL_MouseButtonEvent press = event.button;
     event.type = 0;
     return press;
