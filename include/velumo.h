@@ -133,7 +133,8 @@ enum {
 };
 
 /* The text cache (vel_context.text_cache_limit): rendered text lines kept
- * for the next redraw, least recently used out first. */
+ * for the next redraw (three quarters of the limit) and the widths that
+ * formatting measures (one quarter), least recently used out first. */
 enum {
     VEL_TEXT_CACHE_DEFAULT_LIMIT = 4 << 20, /* 4 MiB, the limit when the field is 0 */
     VEL_TEXT_CACHE_OFF = 1                  /* no line fits: every line is rendered anew */
@@ -282,7 +283,8 @@ typedef struct vel_context {
     char *text_bufs;         /* line buffers: buffer t at byte 4000 t, line n 100 n further */
     vel_object *objects;     /* object table, index 0 unused */
     vel_object_file_rec *file_recs; /* form file copy, only during start-up */
-    vel_text_cache *text_cache;     /* rendered lines; made by painting, freed by
+    vel_text_cache *text_cache;     /* rendered lines and measured widths; made by
+                                       painting and formatting, freed by
                                        vel_clear_text_cache; null in a zeroed context */
     uint32_t text_cache_limit;      /* bytes the cache holds at most, lines and their
                                        bookkeeping; 0: VEL_TEXT_CACHE_DEFAULT_LIMIT */
@@ -400,10 +402,12 @@ void vel_unload_form(vel_context *ctx);
  * Painting keeps each rendered line, keyed by its font (the TTF_Font
  * pointer with its height, style, outline, hinting and kerning), text and
  * colour; the next painting of the same line blits the kept surface, pixel
- * for pixel what rendering it again gives.  The library clears the cache
- * itself wherever it closes fonts (vel_load_object_fonts, vel_unload_form,
- * vel_close).  An application that closes a font the library has painted
- * with (the context font, an own_font of an object it made) calls this
+ * for pixel what rendering it again gives.  Formatting keeps the widths it
+ * measures, keyed the same way without the colour.  The library clears the
+ * cache itself wherever it closes fonts (vel_load_object_fonts,
+ * vel_unload_form, vel_close).  An application that closes a font the
+ * library has painted or measured with (the context font, an own_font of
+ * an object it made) calls this
  * function before opening the next font: a new font may be given the
  * closed one's address.
  * Parameters: none.

@@ -75,6 +75,18 @@ std::size_t limit_of(const vel_context *ctx)
     return ctx->text_cache_limit;
 }
 
+// The bound is shared: three quarters for rendered lines, one quarter for
+// the widths that formatting measures (text only, no pixels).
+std::size_t lines_limit(const vel_context *ctx)
+{
+    return limit_of(ctx) - limit_of(ctx) / 4;
+}
+
+std::size_t widths_limit(const vel_context *ctx)
+{
+    return limit_of(ctx) / 4;
+}
+
 } // namespace
 
 struct CachedLine {
@@ -166,6 +178,7 @@ private:
 // The context's cache, opaque to applications.
 struct vel_text_cache {
     velumo::detail::LineCache lines;
+    velumo::detail::LineCache widths; // measured only: colourless, without surfaces
 };
 
 namespace velumo::detail {
@@ -173,7 +186,7 @@ namespace velumo::detail {
 TextLine::TextLine(vel_context *ctx, TTF_Font *font, std::string_view text, SDL_Color colour)
     : ctx_(ctx), font_(font), text_(text), colour_(colour)
 {
-    const std::size_t limit = limit_of(ctx);
+    const std::size_t limit = lines_limit(ctx);
     if (limit < line_bookkeeping_bytes) {
         TTF_SizeText(font, std::string(text).c_str(), &width_, nullptr);
         return;
@@ -199,8 +212,26 @@ SDL_Surface *TextLine::render()
     }
     SDL_Surface *surface = TTF_RenderText_Blended(font_, std::string(text_).c_str(), colour_);
     if (cached_ != nullptr && surface != nullptr)
-        ctx_->text_cache->lines.keep(*cached_, surface, limit_of(ctx_));
+        ctx_->text_cache->lines.keep(*cached_, surface, lines_limit(ctx_));
     return surface;
+}
+
+int measured_width(vel_context *ctx, TTF_Font *font, const char *text)
+{
+    int width = 0;
+    const std::size_t limit = widths_limit(ctx);
+    if (limit < line_bookkeeping_bytes) {
+        TTF_SizeText(font, text, &width, nullptr);
+        return width;
+    }
+    if (ctx->text_cache == nullptr) ctx->text_cache = new vel_text_cache;
+    LineCache &cache = ctx->text_cache->widths;
+    cache.trim(limit);
+    const LineKey key{state_of(font), 0, 0, 0, text};
+    if (const CachedLine *known = cache.find(key)) return known->width;
+    TTF_SizeText(font, text, &width, nullptr);
+    cache.add(key, width, limit);
+    return width;
 }
 
 void clear_text_cache(vel_context *ctx)
@@ -211,7 +242,9 @@ void clear_text_cache(vel_context *ctx)
 
 std::size_t text_cache_bytes(const vel_context *ctx)
 {
-    return ctx->text_cache == nullptr ? 0 : ctx->text_cache->lines.bytes;
+    return ctx->text_cache == nullptr
+               ? 0
+               : ctx->text_cache->lines.bytes + ctx->text_cache->widths.bytes;
 }
 
 } // namespace velumo::detail

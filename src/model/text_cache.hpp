@@ -34,6 +34,10 @@ private:
     int width_ = 0;
 };
 
+// The width TTF_SizeText gives the text in the font (0 when it fails),
+// remembered in the context's cache for the next formatting.
+int measured_width(vel_context *ctx, TTF_Font *font, const char *text);
+
 // Frees the cache and every line it holds; the context's pointer becomes null.
 void clear_text_cache(vel_context *ctx);
 

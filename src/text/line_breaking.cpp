@@ -3,6 +3,7 @@
 #include "text/line_breaking.hpp"
 
 #include "layout/geometry.hpp"
+#include "model/text_cache.hpp"
 
 namespace velumo::detail {
 
@@ -33,11 +34,7 @@ void set_line_width_from_text_area(vel_context *ctx, uint32_t obj)
 int text_width(vel_context *ctx, const vel_object &measured_by, const char *text)
 {
     TTF_Font *font = object_font(ctx, measured_by);
-    if (!font) return 0;
-    int width = 0;
-    int height = 0;
-    TTF_SizeText(font, text, &width, &height);
-    return width;
+    return font ? measured_width(ctx, font, text) : 0;
 }
 
 bool wider_than_line(vel_context *ctx, const vel_object &measured_by, const char *text)
