@@ -331,6 +331,16 @@ void report_dependent_cycles(const vel_context *ctx)
     }
 }
 
+// TTF_OpenFont with the file opened here: SDL_ttf hands SDL's message about
+// a file it cannot open to its error setter as a format, so a path holding
+// '%' would make it read (or with "%n" write) through stray arguments.  The
+// message printed on failure stays SDL's "Couldn't open <path>".
+TTF_Font *open_font(const char *path, int size)
+{
+    SDL_RWops *file = SDL_RWFromFile(path, "rb");
+    return file ? TTF_OpenFontRW(file, 1, size) : nullptr;
+}
+
 // Start-up in the order the form needs it; on failure nothing stays allocated.
 LoadStatus load_form(vel_context *ctx, uint32_t extra_objs, uint32_t extra_texts,
                      const char *form_path, const char *text_path, Access access)
@@ -414,7 +424,7 @@ int32_t vel_load_object_fonts(vel_context *ctx, uint32_t first)
             velumo::detail::clear_text_cache(ctx);
             TTF_CloseFont(o.own_font);
         }
-        o.own_font = TTF_OpenFont(o.font_path, static_cast<int>(o.font_size));
+        o.own_font = open_font(o.font_path, static_cast<int>(o.font_size));
         if (!o.own_font) {
             std::printf("TTF_OpenFont: %s\n", SDL_GetError());
             result = -1;
