@@ -33,7 +33,10 @@ public:
         }
         started_ = true;
         ctx_.screen = SDL_SetVideoMode(options.width, options.height, options.depth, SDL_SWSURFACE);
-        ctx_.font = TTF_OpenFont(options.font.c_str(), options.font_size);
+        // Opened here, not by TTF_OpenFont, which takes SDL's message about
+        // a missing file for a format: a '%' in the path must stay a '%'.
+        if (SDL_RWops *file = SDL_RWFromFile(options.font.c_str(), "rb"))
+            ctx_.font = TTF_OpenFontRW(file, 1, options.font_size);
         if (!ctx_.screen || !ctx_.font) {
             error = ctx_.screen ? "cannot open the font '" + options.font.string() + "'"
                                 : std::string("cannot open the screen: ") + SDL_GetError();
