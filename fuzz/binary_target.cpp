@@ -4,17 +4,14 @@
 
 #include "binary_form.hpp"
 #include "toml_reader.hpp"
-#include "toml_writer.hpp"
+#include "velform_round_trip.hpp"
 
 #include <algorithm>
-#include <cstdlib>
-#include <sstream>
 #include <span>
 
 namespace {
 
 constexpr std::size_t kHeaderBytes = 5;
-constexpr const char *kFormFile = "/tmp/velform-fuzz/form.toml";
 
 uint32_t read_le32(const uint8_t *p)
 {
@@ -45,12 +42,6 @@ int velform_fuzz_binary(const uint8_t *data, size_t size)
         object = without_unread_bytes(object);
     for (vel_text_rec &text : form->texts)
         text = without_unread_bytes(text);
-    std::ostringstream written;
-    write_toml_form(*form, "form.vfm", written);
-    Diagnostics again;
-    const std::optional<Form> back = read_toml_form(written.str(), kFormFile, std::nullopt, again);
-    if (!back || object_file_bytes(*back) != object_file_bytes(*form) ||
-        text_file_bytes(*back) != text_file_bytes(*form))
-        std::abort();
+    fuzz::require_round_trip(*form, "form.vfm");
     return 0;
 }

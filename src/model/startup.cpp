@@ -63,6 +63,13 @@ void warn_partial_records(const char *path, const char *what, long size, std::si
                      what, path, bytes % record, record);
 }
 
+// Frees a table of the context and forgets it, so nothing frees it twice.
+template <class T> void release(T *&table)
+{
+    std::free(table);
+    table = nullptr;
+}
+
 void report_out_of_memory(const char *path, const char *what, std::size_t records)
 {
     std::fprintf(stderr, "velumo: out of memory loading %s file '%s' (%zu records)\n", what, path,
@@ -185,10 +192,8 @@ LoadStatus load_objects(vel_context *ctx, uint32_t extra_objs, const char *form_
     ctx->objects = static_cast<vel_object *>(std::calloc(records, sizeof(vel_object)));
     if (!ctx->file_recs || !ctx->objects) {
         report_out_of_memory(form_path, "form", records);
-        std::free(ctx->file_recs);
-        ctx->file_recs = nullptr;
-        std::free(ctx->objects);
-        ctx->objects = nullptr;
+        release(ctx->file_recs);
+        release(ctx->objects);
         return LoadStatus::out_of_memory;
     }
     ctx->object_count = count;
@@ -204,8 +209,7 @@ LoadStatus load_objects(vel_context *ctx, uint32_t extra_objs, const char *form_
     for (uint32_t k = 1; k <= count && k <= got; ++k)
         copy_record_into_object(ctx->file_recs[k], ctx->objects[k], k, capacity);
 
-    std::free(ctx->file_recs);
-    ctx->file_recs = nullptr;
+    release(ctx->file_recs);
     return LoadStatus::loaded;
 }
 
@@ -234,10 +238,8 @@ LoadStatus load_texts(vel_context *ctx, uint32_t extra_texts, const char *text_p
     ctx->text_bufs = static_cast<char *>(std::calloc(records + 1u, VEL_LINE_BUFFER_BYTES));
     if (!ctx->text_recs || !ctx->text_bufs) {
         report_out_of_memory(text_path, "text", records);
-        std::free(ctx->text_recs);
-        ctx->text_recs = nullptr;
-        std::free(ctx->text_bufs);
-        ctx->text_bufs = nullptr;
+        release(ctx->text_recs);
+        release(ctx->text_bufs);
         return LoadStatus::out_of_memory;
     }
     ctx->text_count = count;
@@ -350,8 +352,7 @@ LoadStatus load_form(vel_context *ctx, uint32_t extra_objs, uint32_t extra_texts
     if (texts_needed(ctx)) {
         const LoadStatus texts = load_texts(ctx, extra_texts, text_path, access);
         if (texts != LoadStatus::loaded) {
-            std::free(ctx->objects);
-            ctx->objects = nullptr;
+            release(ctx->objects);
             ctx->object_count = 0;
             return texts;
         }
@@ -453,14 +454,11 @@ void vel_unload_form(vel_context *ctx)
         }
     }
     if (ctx->texts_loaded == 1) {
-        std::free(ctx->text_recs);
-        ctx->text_recs = nullptr;
-        std::free(ctx->text_bufs);
-        ctx->text_bufs = nullptr;
+        release(ctx->text_recs);
+        release(ctx->text_bufs);
         ctx->text_count = 0;
     }
-    std::free(ctx->objects);
-    ctx->objects = nullptr;
+    release(ctx->objects);
     ctx->object_count = 0;
     // Numbers of the unloaded objects mean nothing any more.
     ctx->active_window = 0;

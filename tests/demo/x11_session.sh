@@ -24,12 +24,7 @@ cleanup() {
 trap cleanup EXIT
 trap 'exit 1' INT TERM
 
-fail() {
-    echo "x11_session: $*" >&2
-    echo "--- demo output:" >&2
-    cat "$work/out.txt" >&2 || true
-    exit 1
-}
+test_name=x11_session
 
 start_xserver "$work" 150 || fail "no X server: $(cat "$work/xvfb.log")"
 
@@ -40,10 +35,6 @@ wait_for 20 pgrep -P "$timeout_pid" || fail "the demo did not start"
 demo_pid=$(pgrep -P "$timeout_pid")
 cd "$work"
 
-# Waits for an action line (a fixed string) in the demo's output.
-expect() {
-    wait_for 15 grep -qF -- "$1" "$work/out.txt" || fail "no line '$1'"
-}
 
 shot() {
     import -display "$DISPLAY" -window root "$work/$1.png"

@@ -49,3 +49,17 @@ has_text() {
     darkest=$(convert "$1" -crop "$2" -colorspace gray -format '%[fx:minima]' info:)
     awk -v d="$darkest" 'BEGIN { exit !(d < 0.5) }'
 }
+
+# Ends the test with a message and the output of the program under test,
+# which callers write to $work/out.txt; $test_name names the test.
+fail() {
+    echo "$test_name: $*" >&2
+    echo "--- output of the program under test:" >&2
+    cat "$work/out.txt" >&2 || true
+    exit 1
+}
+
+# Waits for a line of the program's output (a fixed string).
+expect() {
+    wait_for 15 grep -qF -- "$1" "$work/out.txt" || fail "no line '$1'"
+}

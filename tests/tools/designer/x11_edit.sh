@@ -30,17 +30,9 @@ cleanup() {
 trap cleanup EXIT
 trap 'exit 1' INT TERM
 
-fail() {
-    echo "x11_edit: $*" >&2
-    echo "--- designer output:" >&2
-    cat "$work/out.txt" >&2 || true
-    exit 1
-}
+test_name=x11_edit
 
 start_xserver "$work" 150 || fail "no X server: $(cat "$work/xvfb.log")"
-expect() {
-    wait_for 15 grep -qF -- "$1" "$work/out.txt" || fail "no line '$1'"
-}
 
 SDL_VIDEODRIVER=x11 timeout -s KILL 120 "$velform" edit "$work/form.toml" >"$work/out.txt" 2>&1 &
 timeout_pid=$!
